@@ -1,0 +1,57 @@
+#pragma once
+
+#include <boost/shared_array.hpp>
+
+#include <string>
+
+namespace Korvane::qardatainterfaces {
+
+/// An owned run of bytes with a read position that only moves forward.
+///
+/// Ownership  Copies are deep: no two arrays share storage. Pointers from `begin` and `end` are valid until the
+///            array is assigned to or destroyed.
+/// State      Having no storage (default constructed) differs from having storage of zero bytes (every other
+///            construction and every assignment from an array of size 0).
+/// Errors     Construction and assignment throw `std::bad_alloc`; an assignment that throws leaves its target as
+///            it was. Nothing else fails.
+/// Units      Sizes and positions are bytes in 64 bits.
+/// Threads    Distinct arrays are independent. One array may be read by several threads through its `const`
+///            members; `read` and assignment need it alone.
+class [[gnu::visibility("default")]] QARByteArray {
+public:
+  /// No storage, size 0, read position 0.
+  QARByteArray();
+  /// A copy of the `size` bytes at `data`. Requires: `data` points to as many; it may be null if `size` is 0.
+  QARByteArray(const unsigned char* data, unsigned long size);
+  /// A copy of the bytes of `text`, without a terminating zero.
+  QARByteArray(const std::string& text);
+  /// A copy of the bytes of `other`; always with storage, the read position at 0.
+  QARByteArray(const QARByteArray& other);
+  virtual ~QARByteArray();
+
+  /// Replaces the bytes by a copy of those of `other` and puts the read position back to 0.
+  /// Assigning an array to itself changes nothing, the read position included.
+  QARByteArray& operator=(const QARByteArray& other);
+
+  /// Equal sizes, equal bytes, and both or neither with storage. Read positions play no part.
+  bool operator==(const QARByteArray& other) const;
+
+  /// Copies the next `count` bytes, or as many as are left, to `out`, moves the read position past them and
+  /// returns how many they were: 0 at the end. Requires: `out` has room for them; it may be null if there are none.
+  unsigned long read(unsigned char* out, unsigned long count);
+
+  /// The first byte; null without storage.
+  const unsigned char* begin() const;
+  /// One past the last byte: `begin() + size()`.
+  const unsigned char* end() const;
+  unsigned long size() const;
+
+private:
+  friend class ByteStorage;
+
+  boost::shared_array<unsigned char> storage_;
+  unsigned long size_ = 0;
+  unsigned long position_ = 0;
+};
+
+}  // namespace Korvane::qardatainterfaces

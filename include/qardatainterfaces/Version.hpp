@@ -1,0 +1,9 @@
+#pragma once
+
+/// The version and the day of the build of the library that is loaded, which may differ from those of the headers.
+extern "C" {
+/// Month abbreviation, day and year, separated by blanks, for example "Nov 22 2026".
+[[gnu::visibility("default")]] extern const char* const libzrqardatainterfaces_build_date;
+/// Four decimal numbers separated by dots, for example "1.0.0.0".
+[[gnu::visibility("default")]] extern const char* const libzrqardatainterfaces_version;
+}

@@ -1,0 +1,71 @@
+#include <ku/i18n/MessageCatalog.hpp>
+
+#include "process_code.hpp"
+
+#include <unicode/simpleformatter.h>
+#include <unicode/udata.h>
+#include <unicode/ures.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <vector>
+
+namespace ku::i18n {
+namespace {
+
+struct CloseBundle {
+  void operator()(UResourceBundle* bundle) const noexcept { ures_close(bundle); }
+};
+using BundleHandle = std::unique_ptr<UResourceBundle, CloseBundle>;
+
+void check_found(UErrorCode status) {
+  if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
+  if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
+}
+
+BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::string& language) {
+  UErrorCode status = U_ZERO_ERROR;
+  udata_setAppData(bundle.name, bundle.data, &status);
+  check_found(status);
+  status = U_ZERO_ERROR;  // from the second time on it warns
+  BundleHandle texts(ures_open(bundle.name, language.empty() ? "root" : language.c_str(), &status));
+  // ICU would rather speak the environment's language than English.
+  if (status == U_USING_DEFAULT_WARNING) {
+    status = U_ZERO_ERROR;
+    texts.reset(ures_open(bundle.name, "root", &status));
+  }
+  check_found(status);
+  return texts;
+}
+
+}  // namespace
+
+std::u16string MessageCatalog::get_message(const tavik_core::BaseMsgID& id, const ZrLocale& locale) {
+  const auto texts = open_bundle(id.bundle(), locale.language());
+  UErrorCode status = U_ZERO_ERROR;
+  std::int32_t length = 0;
+  const char16_t* const pattern = ures_getStringByKey(texts.get(), id.name().c_str(), &length, &status);
+  check_found(status);
+
+  std::vector<icu::UnicodeString> arguments;
+  std::vector<const icu::UnicodeString*> pointers;
+  arguments.reserve(id.arguments().size());
+  for (const auto& argument : id.arguments()) {
+    const auto text = detail::from_process_code(argument, true);
+    arguments.emplace_back(text.data(), static_cast<std::int32_t>(text.size()));
+    pointers.push_back(&arguments.back());
+  }
+
+  const auto count = static_cast<std::int32_t>(pointers.size());
+  const icu::SimpleFormatter formatter(icu::UnicodeString(true, pattern, length), count, count, status);
+  icu::UnicodeString message;
+  formatter.formatAndAppend(pointers.data(), count, message, nullptr, 0, status);
+  check_found(status);
+  if (message.isBogus() || std::any_of(arguments.begin(), arguments.end(), [](auto& a) { return a.isBogus(); }))
+    throw std::bad_alloc();
+  return {message.getBuffer(), static_cast<std::size_t>(message.length())};
+}
+
+}  // namespace ku::i18n

@@ -1,0 +1,62 @@
+#include <qardatainterfaces/QARContext.hpp>
+
+#include "types/ByteStorage.hpp"
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+void replaceKey(QARByteArray& key, const QARByteArray& next) {
+  if (&key == &next) return;
+  QARByteArray copy(next);
+  ByteStorage::swap(key, copy);
+  ByteStorage::wipe(copy);
+}
+
+}  // namespace
+
+QARContext::QARContext() = default;
+
+// Delegating makes the destructor run, and wipe what has been copied, should a later copy fail.
+QARContext::QARContext(const QARContext& other) : QARContext() {
+  versionInfo_ = other.versionInfo_;
+  tarvoKey_ = other.tarvoKey_;
+  compilerKey_ = other.compilerKey_;
+  solutionKey_ = other.solutionKey_;
+  encSolutionKey_ = other.encSolutionKey_;
+  encKeyHash_ = other.encKeyHash_;
+}
+
+QARContext& QARContext::operator=(const QARContext& other) {
+  if (this != &other) {
+    QARContext copy(other);
+    versionInfo_.swap(copy.versionInfo_);
+    ByteStorage::swap(tarvoKey_, copy.tarvoKey_);
+    ByteStorage::swap(compilerKey_, copy.compilerKey_);
+    ByteStorage::swap(solutionKey_, copy.solutionKey_);
+    ByteStorage::swap(encSolutionKey_, copy.encSolutionKey_);
+    ByteStorage::swap(encKeyHash_, copy.encKeyHash_);
+  }
+  return *this;
+}
+
+QARContext::~QARContext() {
+  for (auto* const key : {&tarvoKey_, &compilerKey_, &solutionKey_, &encSolutionKey_, &encKeyHash_})
+    ByteStorage::wipe(*key);
+}
+
+void QARContext::setVersionInfo(const char* versionInfo) { std::string(versionInfo).swap(versionInfo_); }
+std::string QARContext::getVersionInfo() const { return versionInfo_; }
+
+void QARContext::setTarvoKey(const QARByteArray& key) { replaceKey(tarvoKey_, key); }
+void QARContext::setCompilerKey(const QARByteArray& key) { replaceKey(compilerKey_, key); }
+void QARContext::setSolutionKey(const QARByteArray& key) { replaceKey(solutionKey_, key); }
+void QARContext::setEncSolutionKey(const QARByteArray& key) { replaceKey(encSolutionKey_, key); }
+void QARContext::setEncKeyHash(const QARByteArray& hash) { replaceKey(encKeyHash_, hash); }
+
+QARByteArray& QARContext::getTarvoKey() { return tarvoKey_; }
+QARByteArray& QARContext::getCompilerKey() { return compilerKey_; }
+QARByteArray& QARContext::getSolutionKey() { return solutionKey_; }
+QARByteArray& QARContext::getEncSolutionKey() { return encSolutionKey_; }
+QARByteArray& QARContext::getEncKeyHash() { return encKeyHash_; }
+
+}  // namespace Korvane::qardatainterfaces

@@ -1,0 +1,37 @@
+#include "FilePath.hpp"
+
+#include <ku/filesystem/process_code_traits.hpp>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+// Of a path that ends with separators: "/", "//", ..., and "//name/".
+bool isRoot(std::u16string_view path) {
+  const auto last = path.find_last_not_of(u'/');
+  if (last == path.npos) return true;
+  return path.substr(0, 2) == u"//" && path.find(u'/', 2) == last + 1;
+}
+
+}  // namespace
+
+FilePath::FilePath(std::u16string_view path) noexcept : path_(path.substr(0, path.find(u'\0'))) {
+  constexpr std::u16string_view mark = u"//:";
+  if (path_.substr(0, mark.size()) == mark) path_.remove_prefix(mark.size());
+}
+
+std::u16string_view FilePath::extension() const noexcept {
+  const auto element = lastElement();
+  const auto dot = element.rfind(u'.');
+  return dot == element.npos ? std::u16string_view() : element.substr(dot);
+}
+
+std::u16string_view FilePath::lastElement() const noexcept {
+  if (!path_.empty() && path_.back() == u'/') return isRoot(path_) ? u"/" : u".";
+  const auto separator = path_.rfind(u'/');
+  const bool network_name = separator == 1 && path_[0] == u'/';
+  return separator == path_.npos || network_name ? path_ : path_.substr(separator + 1);
+}
+
+std::string FilePath::native() const { return ku::filesystem::detail::make_native_form(std::u16string(path_)); }
+
+}  // namespace Korvane::qardatainterfaces

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <qardatainterfaces/QARByteArray.hpp>
+
+#include <cstdint>
+#include <ios>
+#include <memory>
+#include <string>
+
+namespace Korvane::qardatainterfaces {
+
+class ByteBuffer;
+
+/// What may be opened: anything but a directory, or only what is a regular file itself, no link to one.
+enum class FileKind : bool { any, regular };
+
+/// An open file that is read as a standard binary input stream is, and whose state is one.
+class InputFile {
+public:
+  /// Does not throw for a file that cannot be opened: it is then not open and not good.
+  InputFile(const std::u16string& path, FileKind kind);
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  bool isOpen() const noexcept { return handle_ >= 0; }
+  bool good() const noexcept { return state_ == std::ios_base::goodbit; }
+  bool atEnd() const noexcept { return (state_ & std::ios_base::eofbit) != 0; }
+  /// What keeps the state from being good, in words.
+  std::string stateText() const;
+
+  /// Reads on, up to `size` bytes. Fewer: the end was met, or the file could not be read, and the state tells.
+  std::uint32_t read(unsigned char* to, std::uint32_t size);
+
+  /// Makes `content` the whole file and leaves the place where `read` goes on. If the file cannot be read, `content`
+  /// stays as it is and the state is no longer good.
+  void readWhole(QARByteArray& content);
+
+private:
+  std::uint32_t takeBuffered(unsigned char* to, std::uint32_t size) noexcept;
+  /// One system call, but for interruptions. False: nothing was read, and the state tells why.
+  bool readOnce(unsigned char* to, std::uint32_t size, std::uint32_t& count) noexcept;
+  bool askDeviceSize() noexcept;
+  /// From the `count` bytes there are, reads until `bytes` is full or the end is met. False: the file cannot be read.
+  bool fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept;
+
+  int handle_ = -1;
+  std::ios_base::iostate state_ = std::ios_base::goodbit;
+  bool regular_ = false;
+  std::uint64_t size_ = 0;  // when the file was last looked at
+  std::unique_ptr<unsigned char[]> buffer_;
+  std::uint32_t next_ = 0;
+  std::uint32_t filled_ = 0;
+};
+
+}  // namespace Korvane::qardatainterfaces

@@ -1,0 +1,90 @@
+#include <qardatainterfaces/QARFileReaderFactory.hpp>
+
+#include "FilePath.hpp"
+#include "InputFile.hpp"
+#include "QARFileHandler.hpp"
+#include "QARFileReaderWithTransform.hpp"
+#include "QARFileReaderWithoutTransform.hpp"
+#include "QARSymbolicLinkReader.hpp"
+
+#include <ku/i18n/codecvt.hpp>
+#include <ku/i18n/to_string.hpp>
+#include <opc/InputStream.hpp>
+#include <qar/qardatainterfaces/messages.hpp>
+#include <qardatainterfaces/DeployedException.hpp>
+
+#include <boost/filesystem/exception.hpp>
+#include <boost/filesystem/operations.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <utility>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+namespace fs = boost::filesystem;
+namespace messages = qar::qardatainterfaces;
+using ku::i18n::to_string;
+using rtxi18nutil::DeployedException;
+
+[[noreturn]] void raiseStatusFailure(const std::u16string& path, const boost::system::error_code& error) {
+  throw fs::filesystem_error("boost::filesystem::is_symlink", to_string(path), error);
+}
+
+// Of a path that is no link, this one query tells all: whether it exists, and whether it is a regular file.
+fs::file_type typeOf(const std::u16string& path) {
+  try {
+    boost::system::error_code error;
+    const auto type = fs::symlink_status(FilePath(path).native(), error).type();
+    if (type == fs::status_error) raiseStatusFailure(path, error);
+    return type;
+  } catch (const ku::i18n::CvtExceptionBase&) {
+    raiseStatusFailure(path, make_error_code(boost::system::errc::illegal_byte_sequence));
+  }
+}
+
+std::unique_ptr<QARFileReader> makeReader(const std::u16string& path, FileKind kind, QARTransform* transform) {
+  if (transform != nullptr) return std::make_unique<QARFileReaderWithTransform>(path, kind, *transform);
+  return std::make_unique<QARFileReaderWithoutTransform>(path, kind);
+}
+
+}  // namespace
+
+QARFileReaderFactory::QARFileReaderFactory() = default;
+QARFileReaderFactory::~QARFileReaderFactory() = default;
+
+void QARFileReaderFactory::addFileTypeHandler(const std::vector<std::u16string>& extensions,
+                                              QARTransform* transform) {
+  boost::shared_ptr<QARTransform> owner(transform);
+  handlers_.push_back(boost::make_shared<QARFileHandler>(extensions, std::move(owner)));
+}
+
+std::unique_ptr<QARFileReader> QARFileReaderFactory::getReader(const std::u16string& path) {
+  switch (typeOf(path)) {
+    case fs::symlink_file: return std::make_unique<QARSymbolicLinkReader>(path);
+    case fs::regular_file: return makeReader(path, FileKind::regular, transformFor(path));
+    case fs::file_not_found: throw DeployedException(messages::QARDATAINTERFACES_FILE_NOT_EXIST(to_string(path)));
+    default: throw DeployedException(messages::QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED(to_string(path)));
+  }
+}
+
+std::unique_ptr<QARFileReader> QARFileReaderFactory::getRuntimeReader(const std::u16string& path) {
+  return makeReader(path, FileKind::any, transformFor(path));
+}
+
+std::unique_ptr<QARFileReader> QARFileReaderFactory::getReader(const std::u16string& path, opc::InputStream& stream) {
+  if (auto* const transform = transformFor(path))
+    return std::make_unique<QARFileReaderWithTransform>(stream, *transform);
+  return std::make_unique<QARFileReaderWithoutTransform>(stream);
+}
+
+bool QARFileReaderFactory::willBeTransformed(const std::u16string& path) { return transformFor(path) != nullptr; }
+
+QARTransform* QARFileReaderFactory::transformFor(const std::u16string& path) const {
+  const FilePath file(path);
+  for (const auto& handler : handlers_)
+    if (auto* const transform = handler->getTransform(file)) return transform;
+  return nullptr;
+}
+
+}  // namespace Korvane::qardatainterfaces

@@ -1,0 +1,42 @@
+#include <qardatainterfaces/DeployedException.hpp>
+
+#include <ku/i18n/MessageCatalog.hpp>
+#include <ku/i18n/ZrLocale.hpp>
+#include <ku/i18n/to_string.hpp>
+
+namespace Korvane::rtxi18nutil {
+
+DeployedException::DeployedException(const tavik_core::BaseMsgID& id) noexcept : name_(&id.name()) {
+  try {
+    message_ = ku::i18n::to_string(ku::i18n::MessageCatalog::get_message(id, ku::i18n::ZrLocale::global()));
+    identifier_ = id.name();
+  } catch (...) {  // the name has to do
+  }
+}
+
+DeployedException::DeployedException(const DeployedException& other) noexcept
+    : std::exception(other), name_(other.name_) {
+  try {
+    message_ = other.message_;
+    identifier_ = other.identifier_;
+  } catch (...) {  // the name has to do
+  }
+}
+
+DeployedException& DeployedException::operator=(const DeployedException& other) noexcept {
+  DeployedException copy(other);
+  message_.swap(copy.message_);
+  identifier_.swap(copy.identifier_);
+  name_ = copy.name_;
+  return *this;
+}
+
+DeployedException::~DeployedException() = default;
+
+const char* DeployedException::what() const noexcept { return (message_.empty() ? *name_ : message_).c_str(); }
+
+const std::string& DeployedException::identifier() const noexcept {
+  return identifier_.empty() ? *name_ : identifier_;
+}
+
+}  // namespace Korvane::rtxi18nutil
