@@ -6,32 +6,31 @@
 #include <array>
 #include <map>
 #include <mutex>
-#include <new>
 #include <string_view>
 
 namespace ku::i18n::detail {
 namespace {
 
-// ICU's stock callbacks drop default-ignorable characters before they look at anything else: these do not.
-void U_CALLCONV stop_decoding(const void*, UConverterToUnicodeArgs*, const char*, std::int32_t,
-                              UConverterCallbackReason, UErrorCode*) {}
-void U_CALLCONV stop_encoding(const void*, UConverterFromUnicodeArgs*, const UChar*, std::int32_t, UChar32,
-                              UConverterCallbackReason, UErrorCode*) {}
-
-bool converts_one(UConverter* converter, char from, char16_t expected) {
-  std::array<char16_t, 4> to{};
-  UErrorCode status = U_ZERO_ERROR;
-  return ucnv_toUChars(converter, to.data(), to.size(), &from, 1, &status) == 1 && U_SUCCESS(status) &&
-         to[0] == expected;
+bool decodes_to(IcuConverter& icu, char byte, char16_t expected) {
+  std::array<char16_t, 4> units{};
+  DecodingCursor c{&byte, &byte + 1, units.data(), units.data() + units.size()};
+  return U_SUCCESS(icu.try_decode(c, true)) && c.to == &units[1] && units[0] == expected;
 }
 
-bool survives(UConverter* converter, char16_t character) {
+bool survives(IcuConverter& icu, char16_t unit) {
   std::array<char, 16> bytes{};
+  EncodingCursor encoding{&unit, &unit + 1, bytes.data(), bytes.data() + bytes.size()};
+  if (U_FAILURE(icu.try_encode(encoding, true))) return false;
   std::array<char16_t, 4> back{};
-  UErrorCode status = U_ZERO_ERROR;
-  const auto length = ucnv_fromUChars(converter, bytes.data(), bytes.size(), &character, 1, &status);
-  return ucnv_toUChars(converter, back.data(), back.size(), bytes.data(), length, &status) == 1 &&
-         U_SUCCESS(status) && back[0] == character;
+  DecodingCursor decoding{bytes.data(), encoding.to, back.data(), back.data() + back.size()};
+  return U_SUCCESS(icu.try_decode(decoding, true)) && decoding.to == &back[1] && back[0] == unit;
+}
+
+// The first of these that the encoding has; purely double-byte code pages have but the last, a wide question mark.
+char16_t find_substitute(IcuConverter& icu) {
+  for (const char16_t unit : {u'\uFFFD', u'?', u'\uFF1F'})
+    if (survives(icu, unit)) return unit;
+  throw CvtExceptionBase("The encoding has nothing to put in place of what it lacks.");
 }
 
 // ICU takes far more for a name than an encoding has: options behind a comma, names of converter files.
@@ -44,45 +43,45 @@ const char* canonical_name(const std::string& name) {
   return canonical;
 }
 
+class Registry {
+public:
+  const Encoding& find(const std::string& name) {
+    const std::lock_guard lock(mutex_);
+    if (const auto known = names_.find(name); known != names_.end()) return *known->second;
+    const char* const canonical = canonical_name(name);
+    const auto& encoding = encodings_.try_emplace(canonical, canonical).first->second;
+    // One encoding has any number of names, since ICU passes over punctuation and case.
+    if (names_.size() < most_names) names_.emplace(name, &encoding);
+    return encoding;
+  }
+
+private:
+  static constexpr std::size_t most_names = 1000;
+
+  std::mutex mutex_;
+  std::map<std::string, Encoding> encodings_;
+  std::map<std::string, const Encoding*> names_;
+};
+
 }  // namespace
 
-void check(UErrorCode status) {
-  if (U_SUCCESS(status)) return;
-  switch (status) {
-    case U_MEMORY_ALLOCATION_ERROR: throw std::bad_alloc();
-    case U_INVALID_CHAR_FOUND:
-    case U_TRUNCATED_CHAR_FOUND:
-    case U_ILLEGAL_CHAR_FOUND:
-    case U_ILLEGAL_ESCAPE_SEQUENCE:
-    case U_UNSUPPORTED_ESCAPE_SEQUENCE: throw CvtInvalidCharacter();
-    default: throw CvtExceptionBase(u_errorName(status));
-  }
-}
-
 const Encoding& Encoding::named(const std::string& name) {
-  static std::mutex mutex;
-  static auto& known = *new std::map<std::string, Encoding>;  // referred to until the very end of the program
-  const std::string canonical = canonical_name(name.empty() ? ZrLocale::global().encoding() : name);
-  const std::lock_guard lock(mutex);
-  return known.try_emplace(canonical, canonical.c_str()).first->second;
+  static auto& registry = *new Registry;  // referred to until the very end of the program
+  return registry.find(name.empty() ? ZrLocale::global().encoding() : name);
 }
 
 Encoding::Encoding(const char* canonical_name) : name_(canonical_name) {
-  const auto converter = open();
-  exchanges_controls_ = converts_one(converter.get(), 0x1A, 0x1C) && converts_one(converter.get(), 0x1C, 0x7F) &&
-                        converts_one(converter.get(), 0x7F, 0x1A);
-  if (survives(converter.get(), 0xFFFD)) substitute_ = 0xFFFD;
+  IcuConverter icu(name_, false);
+  exchanges_controls_ = decodes_to(icu, 0x1A, 0x1C) && decodes_to(icu, 0x1C, 0x7F) && decodes_to(icu, 0x7F, 0x1A);
+  substitute_ = find_substitute(icu);
+  is_utf8_ = icu.type() == UCNV_UTF8;
+  if (icu.type() == UCNV_SBCS || icu.type() == UCNV_DBCS || icu.type() == UCNV_MBCS)
+    tables_.emplace(name_, exchanges_controls_);
 }
 
-ConverterHandle Encoding::open() const {
-  UErrorCode status = U_ZERO_ERROR;
-  ConverterHandle converter(ucnv_open(name_.c_str(), &status));
-  check(status);
-  ucnv_setFallback(converter.get(), false);
-  ucnv_setToUCallBack(converter.get(), stop_decoding, nullptr, nullptr, nullptr, &status);
-  ucnv_setFromUCallBack(converter.get(), stop_encoding, nullptr, nullptr, nullptr, &status);
-  check(status);
-  return converter;
+std::unique_ptr<IcuConverter> Encoding::make_converter(bool tolerant) const {
+  return tolerant ? std::make_unique<IcuConverter>(name_, exchanges_controls_, substitute_)
+                  : std::make_unique<IcuConverter>(name_, exchanges_controls_);
 }
 
 }  // namespace ku::i18n::detail

@@ -1,19 +1,13 @@
 #pragma once
 
-#include <unicode/ucnv.h>
+#include "CodeTables.hpp"
+#include "IcuConverter.hpp"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace ku::i18n::detail {
-
-struct CloseConverter {
-  void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
-};
-using ConverterHandle = std::unique_ptr<UConverter, CloseConverter>;
-
-/// Raises what a failed ICU status stands for: `std::bad_alloc`, `CvtInvalidCharacter` or `CvtExceptionBase`.
-void check(UErrorCode status);
 
 /// What there is to know of one encoding, asked of ICU once and kept as long as the program.
 class Encoding {
@@ -24,17 +18,23 @@ public:
   explicit Encoding(const char* canonical_name);
 
   const std::string& name() const noexcept { return name_; }
-  /// A new converter that stops at what it cannot convert and takes no look-alikes.
-  ConverterHandle open() const;
-  /// ICU's PC code pages exchange 1A, 1C and 7F; this library undoes that.
-  bool exchanges_controls() const noexcept { return exchanges_controls_; }
-  /// What the tolerant encoder puts in place of a character that the encoding lacks.
-  char16_t substitute() const noexcept { return substitute_; }
+
+  std::unique_ptr<IcuConverter> make_converter(bool tolerant) const;
+
+  bool is_utf8() const noexcept { return is_utf8_; }
+  /// Whether no character depends on those before it.
+  bool is_context_free() const noexcept { return is_utf8_ || tables_; }
+  /// Null for UTF-8, which needs none, and where characters depend on those before them.
+  const CodeTables* tables() const noexcept { return tables_ ? &*tables_ : nullptr; }
+  /// Whether ASCII text has the same bytes in this encoding, wherever it stands.
+  bool has_ascii() const noexcept { return is_utf8_ || (tables_ && tables_->has_ascii()); }
 
 private:
   std::string name_;
-  bool exchanges_controls_ = false;
-  char16_t substitute_ = u'?';
+  bool exchanges_controls_ = false;  // ICU's PC code pages exchange 1A, 1C and 7F: we undo it
+  char16_t substitute_ = 0;
+  bool is_utf8_ = false;
+  std::optional<CodeTables> tables_;
 };
 
 }  // namespace ku::i18n::detail

@@ -6,19 +6,19 @@
 
 namespace ku::i18n::detail {
 
-/// The whole of a text through a decoder or an encoder, from its start state.
-template <class To, class Converter, class From>
+/// The whole of a text through a converter, from its start state.
+template <class To, class From, class Converter>
 std::basic_string<To> convert_whole(Converter& converter, const From* from, std::size_t count) {
-  std::array<To, 4096> buffer;
+  std::array<To, 4096> block;
   std::basic_string<To> result;
   result.reserve(count);
   converter.reset();
+  typename Converter::Cursor cursor{from, from + count, nullptr, nullptr};
   for (bool done = false; !done;) {
-    const auto step = converter.convert(from, count, true, buffer.data(), buffer.size());
-    result.append(buffer.data(), step.placed);
-    from += step.taken;
-    count -= step.taken;
-    done = step.done;
+    cursor.to = block.data();
+    cursor.limit = block.data() + block.size();
+    done = converter.convert(cursor, true);
+    result.append(block.data(), cursor.to);
   }
   return result;
 }

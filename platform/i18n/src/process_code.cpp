@@ -1,7 +1,6 @@
 #include "process_code.hpp"
 
-#include "Decoder.hpp"
-#include "Encoder.hpp"
+#include "Converter.hpp"
 #include "convert_whole.hpp"
 
 #include <ku/filesystem/process_code_traits.hpp>
@@ -27,12 +26,12 @@ const Encoding& process_code() {
 }  // namespace
 
 std::string to_process_code(const std::u16string& text, bool tolerant) {
-  Encoder encoder(process_code(), tolerant);
+  Converter<FromUnicode> encoder(process_code(), tolerant);
   return convert_whole<char>(encoder, text.data(), text.size());
 }
 
 std::u16string from_process_code(const std::string& text, bool tolerant) {
-  Decoder decoder(process_code(), tolerant);
+  Converter<ToUnicode> decoder(process_code(), tolerant);
   return convert_whole<char16_t>(decoder, text.data(), text.size());
 }
 

@@ -31,9 +31,13 @@ public:
 };
 
 namespace detail {
-class Decoder;
-class Encoder;
+template <class Direction>
+class Converter;
+struct ToUnicode;
+struct FromUnicode;
 }  // namespace detail
+
+class codecvt_ustring_to_string;
 
 /// What both converters below have in common.
 ///
@@ -42,13 +46,14 @@ class Encoder;
 ///            encodings whose converter drops text.
 /// Strict     Raises `CvtInvalidCharacter` at the first unit that cannot be converted; no look-alikes are taken
 ///            and nothing is dropped, invisible characters and byte-order marks included.
-/// Tolerant   Puts one U+FFFD, or "?" where the target has none, in place of each such unit and goes on.
+/// Tolerant   Puts one U+FFFD in place of each such unit and goes on; where the target has none, "?", and where that
+///            is missing too, its wide form U+FF1F.
 /// ASCII      Bytes below 0x80 keep their values, controls included, in every superset of ASCII.
 /// Threads    Distinct converters are independent; one converter serves one thread at a time.
 ///
 /// `convert` takes a whole text and begins afresh. `convert_some` takes it piece by piece, the pieces may end
-/// anywhere, and results do not depend on where. Begin with a new converter, or after a call with `last` that has
-/// taken everything.
+/// anywhere, and results do not depend on where (but for SCSU and LMBCS, where text has many forms). Begin with a new
+/// converter, or after a call with `last` that has taken everything.
 struct conversion_step {
   std::size_t taken;   ///< input units that need not be offered again
   std::size_t placed;  ///< output units written
@@ -75,7 +80,10 @@ public:
   bool has_substituted() const noexcept;
 
 private:
-  std::unique_ptr<detail::Decoder> decoder_;
+  friend std::size_t copy_alike(const codecvt_string_to_ustring& source, const codecvt_ustring_to_string& target,
+                                const char* bytes, std::size_t count, char* to);
+
+  std::unique_ptr<detail::Converter<detail::ToUnicode>> decoder_;
 };
 
 /// Converts UTF-16 to bytes in a named encoding.
@@ -97,8 +105,18 @@ public:
   bool has_substituted() const noexcept;
 
 private:
-  std::unique_ptr<detail::Encoder> encoder_;
+  friend std::size_t copy_alike(const codecvt_string_to_ustring& source, const codecvt_ustring_to_string& target,
+                                const char* bytes, std::size_t count, char* to);
+
+  std::unique_ptr<detail::Converter<detail::FromUnicode>> encoder_;
 };
+
+/// Copies the start of a text that is the same bytes in the encodings of both converters, and returns its length; 0
+/// while one of them is within a character, or if there is nothing that they are known to have in common.
+/// Requires: there is room for `count` bytes at `to`.
+[[gnu::visibility("default")]] std::size_t copy_alike(const codecvt_string_to_ustring& source,
+                                                      const codecvt_ustring_to_string& target, const char* bytes,
+                                                      std::size_t count, char* to);
 
 /// Widens ASCII bytes to UTF-16.
 ///
