@@ -1,11 +1,13 @@
 #include "transcode.hpp"
 
+#include "Pace.hpp"
 #include "types/ByteBuffer.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 #include <qar/qardatainterfaces/messages.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 
+#include <algorithm>
 #include <array>
 #include <iostream>
 #include <optional>
@@ -22,13 +24,15 @@ public:
 
   template <class From, class To>
   ku::i18n::conversion_step convert(const From* from, std::size_t count, bool last, To* to, std::size_t room) {
-    return attempt([&] {
-      if (!converter_) converter_.emplace(encoding_, true);
-      return converter_->convert_some(from, count, last, to, room);
-    });
+    return attempt([&] { return converter().convert_some(from, count, last, to, room); });
   }
 
-  /// Does a part of the work of this stage.
+  Converter& converter() {
+    if (!converter_) attempt([&] { converter_.emplace(encoding_, true); });
+    return *converter_;
+  }
+
+  /// Does a part of the work of this stage, and raises what its failure stands for.
   template <class Work>
   auto attempt(Work work) {
     try {
@@ -55,47 +59,71 @@ private:
   bool failed_ = false;
 };
 
-/// The first stage: gives the text in blocks that stay in the processor's cache.
+/// The first stage.
 class Source {
 public:
   Source(const QARByteArray& bytes, const std::string& encoding)
-      : stage_(encoding), next_(reinterpret_cast<const char*>(bytes.begin())), left_(bytes.size()) {}
+      : stage_(encoding), next_(reinterpret_cast<const char*>(bytes.begin())), size_(bytes.size()), left_(size_) {}
 
   bool done() const noexcept { return done_; }
+  std::size_t size() const noexcept { return size_; }
+  std::size_t taken() const noexcept { return size_ - left_; }
 
-  std::u16string_view next() {
-    const auto step = stage_.convert(next_, left_, true, block_.data(), block_.size());
-    next_ += step.taken;
-    left_ -= step.taken;
-    done_ = step.done;
+  std::string_view rest() const noexcept { return {next_, left_}; }
+  void skip(std::size_t count) noexcept {
+    next_ += count;
+    left_ -= count;
+  }
+
+  /// The next part of the text, of at most `most` bytes.
+  std::u16string_view next(std::size_t most) {
+    const std::size_t count = std::min(most, left_);
+    const auto step = stage_.convert(next_, count, count == left_, block_.data(), block_.size());
+    skip(step.taken);
+    done_ = step.done && left_ == 0;
     return {block_.data(), step.placed};
   }
 
   /// Without interest in the text, only in whether all of it can be converted.
   void finish() {
-    while (!done_ && !stage_.failed()) next();
+    while (!done_ && !stage_.failed()) next(left_);
   }
 
-  const auto& stage() const noexcept { return stage_; }
+  auto& stage() noexcept { return stage_; }
 
 private:
   Stage<ku::i18n::codecvt_string_to_ustring> stage_;
   const char* next_;
+  std::size_t size_;
   std::size_t left_;
   bool done_ = false;
-  std::array<char16_t, 16384> block_;
+  std::array<char16_t, Pace::most> block_;
 };
 
 /// The second stage.
 class Sink {
 public:
-  Sink(const std::string& encoding, std::size_t expected) : stage_(encoding), expected_(expected) {}
+  Sink(Source& source, const std::string& encoding) : source_(source), stage_(encoding) {}
+
+  /// Takes what both stages know at sight, without a way through UTF-16, and returns its length.
+  std::size_t takeDirectly() {
+    const auto& decoder = source_.stage().converter();
+    const auto& encoder = stage_.converter();
+    const std::size_t start = source_.taken();
+    do {
+      stage_.attempt([&] { makeRoom(); });
+      const auto text = source_.rest();
+      const auto step = convert_directly(decoder, encoder, text.data(), text.size(), free(), room());
+      source_.skip(step.taken);
+      size_ += step.placed;
+    } while (room() < least_room);
+    return source_.taken() - start;
+  }
 
   void put(std::u16string_view text, bool last) {
     for (bool done = false; !done;) {
       stage_.attempt([&] { makeRoom(); });
-      const auto step = stage_.convert(text.data(), text.size(), last,
-                                       reinterpret_cast<char*>(bytes_->data()) + size_, bytes_->capacity() - size_);
+      const auto step = stage_.convert(text.data(), text.size(), last, free(), room());
       size_ += step.placed;
       text.remove_prefix(step.taken);
       done = step.done;
@@ -107,14 +135,23 @@ public:
   const auto& stage() const noexcept { return stage_; }
 
 private:
+  static constexpr std::size_t least_room = 128;
+
+  char* free() noexcept { return reinterpret_cast<char*>(bytes_->data()) + size_; }
+  std::size_t room() const noexcept { return bytes_->capacity() - size_; }
+
+  // Closely, by what the text so far has become.
   void makeRoom() {
-    constexpr std::size_t longest_character = 16;
-    if (!bytes_) bytes_.emplace(expected_ + longest_character);
-    if (bytes_->capacity() - size_ < longest_character) bytes_->resize(size_ + size_ / 2 + longest_character);
+    constexpr std::size_t sample = 16384;
+    if (!bytes_) bytes_.emplace(std::min(source_.size(), sample) + least_room);
+    if (room() >= least_room) return;
+    const double growth = static_cast<double>(size_) / static_cast<double>(std::max<std::size_t>(source_.taken(), 1));
+    const auto whole = static_cast<std::size_t>(growth * 1.02 * static_cast<double>(source_.size()));
+    bytes_->resize(std::max(whole, size_ + size_ / 8) + least_room);
   }
 
+  Source& source_;
   Stage<ku::i18n::codecvt_ustring_to_string> stage_;
-  std::size_t expected_;
   std::optional<ByteBuffer> bytes_;
   std::size_t size_ = 0;
 };
@@ -123,10 +160,13 @@ private:
 
 void transcode(const QARByteArray& in, QARByteArray& out, const std::string& from, const std::string& to) {
   Source source(in, from);
-  Sink sink(to, in.size());
+  Sink sink(source, to);
+  Pace pace;
   try {
     while (!source.done()) {
-      const auto text = source.next();
+      pace.adapt(sink.takeDirectly());
+      const bool is_between_characters = source.stage().converter().is_between_characters();
+      const auto text = source.next(is_between_characters ? pace.run() : 1);
       sink.put(text, source.done());
     }
   } catch (...) {

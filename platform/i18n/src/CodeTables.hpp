@@ -2,48 +2,56 @@
 
 #include "IcuConverter.hpp"
 #include "LazyTable.hpp"
-#include "cursor.hpp"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace ku::i18n::detail {
 
-/// What one code page of one or two bytes says of each character by itself, asked of ICU and kept.
+/// What a code page of one or two bytes, a superset of ASCII, says of each character by itself: asked of ICU once.
 ///
-/// Whatever depends on its neighbours, has more bytes, is no character of the page or lies beyond U+FFFF is not in
-/// the tables: conversions stop there, and ICU goes on.
+/// Whatever depends on its neighbours, is no character of the page or lies beyond U+FFFF is not in the tables.
+/// A cell holds the bytes of a character, its first byte lowest, and their number in the highest byte; 0 if there is
+/// no such character.
 /// Threads  May be used by any number of threads.
 class CodeTables {
 public:
+  using Row = LazyTable<std::uint32_t>::Row;
+
   /// For a code page whose converter has no state between characters.
   CodeTables(const std::string& name, bool exchanges_controls);
 
-  void decode(DecodingCursor& cursor) const;
-  void encode(EncodingCursor& cursor) const;
+  bool is_superset_of_ascii() const noexcept { return is_superset_of_ascii_; }
+  bool has_only_singles() const noexcept { return has_only_singles_; }
 
-  /// Whether each ASCII byte is that ASCII character, and back.
-  bool has_ascii() const noexcept { return has_ascii_; }
+  /// UTF-8 by the only byte of a character.
+  const Row& singles() const noexcept { return singles_; }
+  /// UTF-8 by the second byte of a character.
+  const Row& pairs(unsigned first) const {
+    const auto* const row = pairs_.find(first);
+    return row != nullptr ? *row : add_pairs(first);
+  }
+  /// Bytes of the code page by the lower byte of a UTF-16 unit.
+  const Row& units(unsigned upper) const {
+    const auto* const row = units_.find(upper);
+    return row != nullptr ? *row : add_units(upper);
+  }
+
+  static std::size_t length(std::uint32_t cell) noexcept { return cell >> 24; }
 
 private:
-  static constexpr char16_t not_here = 0xFFFF;  // a noncharacter, in no code page
-
-  using DecodingRow = LazyTable<char16_t>::Row;
-  using EncodingRow = LazyTable<std::uint32_t>::Row;
-
-  DecodingRow ask_decoding(std::string prefix) const;
-  EncodingRow ask_encoding(unsigned high) const;
-  bool decode_pair(DecodingCursor& cursor) const;
-  const DecodingRow& decoding_row(unsigned lead) const;
-  const EncodingRow& encoding_row(unsigned high) const;
+  Row ask_utf8(std::string prefix) const;
+  const Row& add_pairs(unsigned first) const;
+  const Row& add_units(unsigned upper) const;
 
   std::string name_;
   bool exchanges_controls_;
-  DecodingRow single_;  // by the only byte of a character
-  bool is_single_;      // no byte begins a longer character
-  bool has_ascii_;
-  LazyTable<char16_t> pairs_;       // by the first byte of two, then the second
-  LazyTable<std::uint32_t> units_;  // the length in the highest byte, the bytes from the lowest on; 0: not here
+  Row singles_;
+  bool is_superset_of_ascii_;
+  bool has_only_singles_;
+  LazyTable<std::uint32_t> pairs_;
+  LazyTable<std::uint32_t> units_;
 };
 
 }  // namespace ku::i18n::detail

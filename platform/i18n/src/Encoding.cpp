@@ -26,6 +26,24 @@ bool survives(IcuConverter& icu, char16_t unit) {
   return U_SUCCESS(icu.try_decode(decoding, true)) && decoding.to == &back[1] && back[0] == unit;
 }
 
+bool breaks_promises(UConverterType type) {
+  const bool drops_text = type == UCNV_ISCII || type == UCNV_COMPOUND_TEXT;
+  const bool goes_by_cuts = type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
+  return drops_text || goes_by_cuts;
+}
+
+// Whether the converter keeps no state from one character to the next.
+bool is_context_free(UConverterType type) {
+  switch (type) {
+    case UCNV_SBCS:
+    case UCNV_DBCS:
+    case UCNV_MBCS:
+    case UCNV_LATIN_1:
+    case UCNV_US_ASCII: return true;
+    default: return false;
+  }
+}
+
 // The first of these that the encoding has; purely double-byte code pages have but the last, a wide question mark.
 char16_t find_substitute(IcuConverter& icu) {
   for (const char16_t unit : {u'\uFFFD', u'?', u'\uFF1F'})
@@ -38,8 +56,7 @@ const char* canonical_name(const std::string& name) {
   UErrorCode status = U_ZERO_ERROR;
   const bool plain = name.find_first_of(std::string_view(",\0", 2)) == std::string::npos;
   const char* const canonical = plain ? ucnv_getAlias(name.c_str(), 0, &status) : nullptr;
-  if (canonical == nullptr || U_FAILURE(status) || std::string_view(canonical) == "x11-compound-text")
-    throw CvtExceptionBase("There is no converter for the encoding.");
+  if (canonical == nullptr || U_FAILURE(status)) throw CvtExceptionBase("There is no converter for the encoding.");
   return canonical;
 }
 
@@ -72,11 +89,12 @@ const Encoding& Encoding::named(const std::string& name) {
 
 Encoding::Encoding(const char* canonical_name) : name_(canonical_name) {
   IcuConverter icu(name_, false);
+  if (breaks_promises(icu.type())) throw CvtExceptionBase("The converter drops text, or goes by where it is cut.");
   exchanges_controls_ = decodes_to(icu, 0x1A, 0x1C) && decodes_to(icu, 0x1C, 0x7F) && decodes_to(icu, 0x7F, 0x1A);
   substitute_ = find_substitute(icu);
   is_utf8_ = icu.type() == UCNV_UTF8;
-  if (icu.type() == UCNV_SBCS || icu.type() == UCNV_DBCS || icu.type() == UCNV_MBCS)
-    tables_.emplace(name_, exchanges_controls_);
+  if (is_context_free(icu.type())) tables_.emplace(name_, exchanges_controls_);
+  if (tables_ && !tables_->is_superset_of_ascii()) tables_.reset();
 }
 
 std::unique_ptr<IcuConverter> Encoding::make_converter(bool tolerant) const {

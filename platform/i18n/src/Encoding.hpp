@@ -22,12 +22,8 @@ public:
   std::unique_ptr<IcuConverter> make_converter(bool tolerant) const;
 
   bool is_utf8() const noexcept { return is_utf8_; }
-  /// Whether no character depends on those before it.
-  bool is_context_free() const noexcept { return is_utf8_ || tables_; }
-  /// Null for UTF-8, which needs none, and where characters depend on those before them.
+  /// Null unless it is a superset of ASCII in which no character depends on those before it.
   const CodeTables* tables() const noexcept { return tables_ ? &*tables_ : nullptr; }
-  /// Whether ASCII text has the same bytes in this encoding, wherever it stands.
-  bool has_ascii() const noexcept { return is_utf8_ || (tables_ && tables_->has_ascii()); }
 
 private:
   std::string name_;

@@ -11,8 +11,8 @@
 namespace ku::i18n::detail {
 namespace {
 
-// ICU counts in 32 bits: what goes to it, or comes from it, at a time.
-constexpr std::size_t slice_size = std::size_t{1} << 30;
+// What goes to ICU, or comes from it, at a time: it counts bytes in 31 bits, also those of 16-bit units.
+constexpr std::size_t slice_size = std::size_t{1} << 29;
 constexpr std::size_t exchange_size = 4096;
 
 // ICU's PC code pages exchange three controls as the hardware of their day did; text in files never meant that.
@@ -26,6 +26,22 @@ constexpr char16_t control_from_icu(char16_t unit) {
 }
 
 constexpr char16_t control_to_icu(char16_t unit) { return control_from_icu(control_from_icu(unit)); }
+
+// By `convert`, which returns whether it is done with the input of the cursor it is given.
+template <class To, class From, class Convert>
+std::basic_string<To> convert_whole(const From* from, std::size_t count, Convert convert) {
+  std::array<To, 4096> block;
+  std::basic_string<To> result;
+  result.reserve(count);
+  Cursor<From, To> cursor{from, from + count, nullptr, nullptr};
+  for (bool done = false; !done;) {
+    cursor.to = block.data();
+    cursor.limit = block.data() + block.size();
+    done = convert(cursor);
+    result.append(block.data(), cursor.to);
+  }
+  return result;
+}
 
 }  // namespace
 
@@ -75,6 +91,16 @@ bool IcuConverter::encode(EncodingCursor& c, std::size_t count, bool last) {
   if (status == U_BUFFER_OVERFLOW_ERROR) return false;
   check(status);
   return slice == count;
+}
+
+std::u16string IcuConverter::decode_whole(const char* bytes, std::size_t count) {
+  ucnv_resetToUnicode(converter_.get());
+  return convert_whole<char16_t>(bytes, count, [this](DecodingCursor& c) { return decode(c, c.left(), true); });
+}
+
+std::string IcuConverter::encode_whole(const char16_t* units, std::size_t count) {
+  ucnv_resetFromUnicode(converter_.get());
+  return convert_whole<char>(units, count, [this](EncodingCursor& c) { return encode(c, c.left(), true); });
 }
 
 UErrorCode IcuConverter::try_decode(DecodingCursor& c, bool last) {

@@ -27,6 +27,10 @@ public:
   bool decode(DecodingCursor& cursor, std::size_t count, bool last);
   bool encode(EncodingCursor& cursor, std::size_t count, bool last);
 
+  /// A whole text, from the start state.
+  std::u16string decode_whole(const char* bytes, std::size_t count);
+  std::string encode_whole(const char16_t* units, std::size_t count);
+
   /// The whole cursor, from the start state, without raising what they return.
   UErrorCode try_decode(DecodingCursor& cursor, bool last);
   UErrorCode try_encode(EncodingCursor& cursor, bool last);
@@ -35,7 +39,6 @@ public:
   bool is_decoding_pending() const noexcept;
   bool is_encoding_pending() const noexcept;
 
-  void reset() noexcept { ucnv_reset(converter_.get()); }
   UConverterType type() const noexcept { return ucnv_getType(converter_.get()); }
   bool has_substituted() const noexcept { return substituted_; }
 

@@ -6,7 +6,7 @@
 
 namespace ku::i18n::detail {
 
-/// 256 rows of 256 cells, each row made when it is first asked for and kept from then on.
+/// 256 rows of 256 cells, each row made by its user when it is first needed.
 /// Threads  May be used by any number of threads; two that make a row at once make the same.
 template <class Cell>
 class LazyTable {
@@ -20,12 +20,13 @@ public:
     for (auto& row : rows_) delete row.load(std::memory_order_relaxed);
   }
 
-  /// `make` gives the row of that index if it is not there yet.
-  template <class Make>
-  const Row& row(unsigned index, Make make) const {
-    const Row* row = rows_[index].load(std::memory_order_acquire);
-    if (row != nullptr) return *row;
-    auto made = std::make_unique<const Row>(make());
+  /// Null if the row has not been made yet.
+  const Row* find(unsigned index) const { return rows_[index].load(std::memory_order_acquire); }
+
+  /// The row that is kept from now on: this one, or that of another thread.
+  const Row& add(unsigned index, const Row& cells) const {
+    auto made = std::make_unique<const Row>(cells);
+    const Row* row = nullptr;
     if (rows_[index].compare_exchange_strong(row, made.get(), std::memory_order_acq_rel)) return *made.release();
     return *row;
   }

@@ -6,51 +6,50 @@
 
 namespace ku::i18n::detail {
 
-/// Widens the ASCII bytes that `from` begins with, sixteen at a time, and returns how many they were.
-/// Stops early: at most `count`, and fifteen more ASCII bytes may follow.
-inline std::size_t widen_ascii(const char* from, std::size_t count, char16_t* to) {
-  const __m128i zero = _mm_setzero_si128();
-  std::size_t at = 0;
-  for (; at + 16 <= count; at += 16) {
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + at));
-    if (_mm_movemask_epi8(bytes) != 0) break;
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at), _mm_unpacklo_epi8(bytes, zero));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at + 8), _mm_unpackhi_epi8(bytes, zero));
-  }
-  return at;
+/// ASCII is looked for in blocks of that many bytes.
+constexpr std::size_t ascii_block = 16;
+
+/// The bytes of the block at `from` that are not ASCII, a bit each.
+inline unsigned find_others(const char* from) {
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
 }
 
-/// The same from UTF-16 to bytes.
-inline std::size_t narrow_ascii(const char16_t* from, std::size_t count, char* to) {
-  const __m128i beyond = _mm_set1_epi16(static_cast<short>(0xFF80));
-  std::size_t at = 0;
-  for (; at + 16 <= count; at += 16) {
-    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + at));
-    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + at + 8));
-    const __m128i others = _mm_and_si128(_mm_or_si128(low, high), beyond);
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(others, _mm_setzero_si128())) != 0xFFFF) break;
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at), _mm_packus_epi16(low, high));
-  }
-  return at;
+/// The same, and copies the block.
+inline unsigned copy_block(const char* from, char* to) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
+  return static_cast<unsigned>(_mm_movemask_epi8(bytes));
 }
 
-/// Copies the ASCII bytes that `from` begins with and returns how many they were.
-inline std::size_t copy_ascii(const char* from, std::size_t count, char* to) {
-  const auto load = [&](std::size_t at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + at)); };
-  const auto store = [&](std::size_t at, __m128i bytes) {
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at), bytes);
-  };
+/// How many ASCII bytes a block begins with.
+inline std::size_t ascii_prefix(unsigned others) {
+  return others == 0 ? ascii_block : static_cast<std::size_t>(__builtin_ctz(others));
+}
+
+/// Copies ASCII by four blocks at a time, and returns its length: at most `count`, and more may follow.
+inline std::size_t copy_long_run(const char* from, std::size_t count, char* to) {
   std::size_t at = 0;
-  for (; at + 64 <= count; at += 64) {
-    const __m128i a = load(at), b = load(at + 16), c = load(at + 32), d = load(at + 48);
+  for (; at + 4 * ascii_block <= count; at += 4 * ascii_block) {
+    const auto load = [&](std::size_t block) {
+      return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + at + block * ascii_block));
+    };
+    const auto store = [&](std::size_t block, __m128i bytes) {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at + block * ascii_block), bytes);
+    };
+    const __m128i a = load(0), b = load(1), c = load(2), d = load(3);
     if (_mm_movemask_epi8(_mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d))) != 0) break;
-    store(at, a);
-    store(at + 16, b);
-    store(at + 32, c);
-    store(at + 48, d);
+    store(0, a);
+    store(1, b);
+    store(2, c);
+    store(3, d);
   }
-  for (; at < count && static_cast<unsigned char>(from[at]) < 0x80; ++at) to[at] = from[at];
   return at;
+}
+
+/// At most two.
+inline bool are_few(unsigned others) {
+  const unsigned without_first = others & (others - 1);
+  return (without_first & (without_first - 1)) == 0;
 }
 
 }  // namespace ku::i18n::detail

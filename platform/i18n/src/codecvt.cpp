@@ -1,21 +1,16 @@
 #include <ku/i18n/codecvt.hpp>
 
-#include "Converter.hpp"
-#include "ascii.hpp"
-#include "convert_whole.hpp"
-#include "utf8.hpp"
+#include "Encoding.hpp"
+#include "direct.hpp"
 
 #include <algorithm>
 
 namespace ku::i18n {
 namespace {
 
-template <class Converter, class From, class To>
-conversion_step convert_piece(Converter& converter, const From* from, std::size_t count, bool last, To* to,
-                              std::size_t room) {
-  typename Converter::Cursor cursor{from, from + count, to, to + room};
-  const bool done = converter.convert(cursor, last);
-  return {static_cast<std::size_t>(cursor.from - from), static_cast<std::size_t>(cursor.to - to), done};
+template <class From, class To>
+conversion_step step_of(const detail::Cursor<From, To>& start, const detail::Cursor<From, To>& now, bool done) {
+  return {static_cast<std::size_t>(now.from - start.from), static_cast<std::size_t>(now.to - start.to), done};
 }
 
 }  // namespace
@@ -27,41 +22,62 @@ CvtInvalidCharacter::CvtInvalidCharacter() noexcept
     : CvtExceptionBase("The text has a character that cannot be converted.") {}
 CvtInvalidCharacter::~CvtInvalidCharacter() = default;
 
-codecvt_string_to_ustring::codecvt_string_to_ustring(const std::string& encoding, bool tolerant)
-    : decoder_(std::make_unique<detail::Converter<detail::ToUnicode>>(detail::Encoding::named(encoding), tolerant)) {}
-codecvt_string_to_ustring::~codecvt_string_to_ustring() = default;
+detail::CvtBase::CvtBase(const std::string& encoding, bool tolerant)
+    : encoding_(Encoding::named(encoding)), tolerant_(tolerant) {}
+detail::CvtBase::~CvtBase() = default;
+
+// Not every text needs one, and there are cheaper things to make.
+detail::IcuConverter& detail::CvtBase::icu() {
+  if (!icu_) icu_ = encoding_.make_converter(tolerant_);
+  return *icu_;
+}
+
+bool detail::CvtBase::has_substituted() const noexcept { return icu_ && icu_->has_substituted(); }
 
 std::u16string codecvt_string_to_ustring::convert(const char* bytes, std::size_t count) {
-  return detail::convert_whole<char16_t>(*decoder_, bytes, count);
+  return icu().decode_whole(bytes, count);
 }
+
 conversion_step codecvt_string_to_ustring::convert_some(const char* bytes, std::size_t count, bool last, char16_t* to,
                                                         std::size_t room) {
-  return convert_piece(*decoder_, bytes, count, last, to, room);
+  const detail::DecodingCursor start{bytes, bytes + count, to, to + room};
+  auto now = start;
+  const bool done = icu().decode(now, count, last);
+  return step_of(start, now, done);
 }
-bool codecvt_string_to_ustring::has_substituted() const noexcept { return decoder_->has_substituted(); }
 
-codecvt_ustring_to_string::codecvt_ustring_to_string(const std::string& encoding, bool tolerant)
-    : encoder_(
-          std::make_unique<detail::Converter<detail::FromUnicode>>(detail::Encoding::named(encoding), tolerant)) {}
-codecvt_ustring_to_string::~codecvt_ustring_to_string() = default;
+bool codecvt_string_to_ustring::is_between_characters() const noexcept {
+  return !icu_ || !icu_->is_decoding_pending();
+}
 
 std::string codecvt_ustring_to_string::convert(const char16_t* units, std::size_t count) {
-  return detail::convert_whole<char>(*encoder_, units, count);
+  return icu().encode_whole(units, count);
 }
+
 conversion_step codecvt_ustring_to_string::convert_some(const char16_t* units, std::size_t count, bool last, char* to,
                                                         std::size_t room) {
-  return convert_piece(*encoder_, units, count, last, to, room);
+  const detail::EncodingCursor start{units, units + count, to, to + room};
+  auto now = start;
+  const bool done = icu().encode(now, count, last);
+  return step_of(start, now, done);
 }
-bool codecvt_ustring_to_string::has_substituted() const noexcept { return encoder_->has_substituted(); }
 
-std::size_t copy_alike(const codecvt_string_to_ustring& source, const codecvt_ustring_to_string& target,
-                       const char* bytes, std::size_t count, char* to) {
-  const auto& decoder = *source.decoder_;
-  const auto& encoder = *target.encoder_;
-  if (!decoder.is_between_characters() || !encoder.is_between_characters()) return 0;
-  if (decoder.encoding().is_utf8() && encoder.encoding().is_utf8()) return detail::copy_utf8(bytes, count, to);
-  if (decoder.encoding().has_ascii() && encoder.encoding().has_ascii()) return detail::copy_ascii(bytes, count, to);
-  return 0;
+bool codecvt_ustring_to_string::is_between_characters() const noexcept {
+  return !icu_ || !icu_->is_encoding_pending();
+}
+
+conversion_step convert_directly(const codecvt_string_to_ustring& source, const codecvt_ustring_to_string& target,
+                                 const char* bytes, std::size_t count, char* to, std::size_t room) {
+  const auto& from = source.encoding_;
+  const auto& into = target.encoding_;
+  const detail::DirectCursor start{bytes, bytes + count, to, to + room};
+  auto now = start;
+  if (source.is_between_characters() && target.is_between_characters()) {
+    if (from.is_utf8() && into.is_utf8()) now = copy_utf8(start);
+    if (from.is_utf8() && into.tables()) now = convert_from_utf8(start, *into.tables());
+    if (from.tables() && into.is_utf8()) now = convert_to_utf8(start, *from.tables());
+  }
+  return step_of(start, now, now.left() == 0);
 }
 
 std::u16string codecvt_ascii_to_ustring::convert(const char* bytes, std::size_t count) const {

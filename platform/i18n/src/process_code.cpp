@@ -1,10 +1,10 @@
 #include "process_code.hpp"
 
-#include "Converter.hpp"
-#include "convert_whole.hpp"
+#include "Encoding.hpp"
 
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/i18n/ZrLocale.hpp>
+#include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
 
 namespace ku::i18n {
@@ -26,13 +26,11 @@ const Encoding& process_code() {
 }  // namespace
 
 std::string to_process_code(const std::u16string& text, bool tolerant) {
-  Converter<FromUnicode> encoder(process_code(), tolerant);
-  return convert_whole<char>(encoder, text.data(), text.size());
+  return process_code().make_converter(tolerant)->encode_whole(text.data(), text.size());
 }
 
 std::u16string from_process_code(const std::string& text, bool tolerant) {
-  Converter<ToUnicode> decoder(process_code(), tolerant);
-  return convert_whole<char16_t>(decoder, text.data(), text.size());
+  return process_code().make_converter(tolerant)->decode_whole(text.data(), text.size());
 }
 
 }  // namespace detail

@@ -30,93 +30,101 @@ public:
   ~CvtInvalidCharacter() override;
 };
 
-namespace detail {
-template <class Direction>
-class Converter;
-struct ToUnicode;
-struct FromUnicode;
-}  // namespace detail
+/// How far a step of a conversion has come.
+struct conversion_step {
+  std::size_t taken;   ///< input units that must not be offered again
+  std::size_t placed;  ///< output units written
+  /// All input is taken, and all that can be placed of it is. If not, call again with more room and the rest.
+  bool done;
+};
 
+class codecvt_string_to_ustring;
 class codecvt_ustring_to_string;
 
-/// What both converters below have in common.
+namespace detail {
+class Encoding;
+class IcuConverter;
+
+/// What the converters below have in common. Not for use by itself.
+class [[gnu::visibility("default")]] CvtBase {
+public:
+  CvtBase(const CvtBase&) = delete;
+  CvtBase& operator=(const CvtBase&) = delete;
+
+  /// Whether the tolerant converter has put a substitute in place of anything since it was made.
+  bool has_substituted() const noexcept;
+
+protected:
+  CvtBase(const std::string& encoding, bool tolerant);
+  ~CvtBase();
+  IcuConverter& icu();
+
+  const Encoding& encoding_;
+  bool tolerant_;
+  std::unique_ptr<IcuConverter> icu_;
+};
+}  // namespace detail
+
+/// Converts bytes in a named encoding to UTF-16.
 ///
 /// Encodings  Any name or alias that ICU has for a code page; the empty name is the local code page, the encoding
 ///            of `ZrLocale::global()` at that moment. Refused are names with converter options (a comma) and
-///            encodings whose converter drops text.
+///            encodings whose converter drops text (ISCII, X11 compound text) or spells it differently depending on
+///            where it is cut (SCSU, LMBCS). docs/codepages.md tells what each encoding can express.
 /// Strict     Raises `CvtInvalidCharacter` at the first unit that cannot be converted; no look-alikes are taken
 ///            and nothing is dropped, invisible characters and byte-order marks included.
 /// Tolerant   Puts one U+FFFD in place of each such unit and goes on; where the target has none, "?", and where that
 ///            is missing too, its wide form U+FF1F.
 /// ASCII      Bytes below 0x80 keep their values, controls included, in every superset of ASCII.
+/// Errors     The constructor raises `CvtExceptionBase` itself if it refuses the encoding. Everything may raise
+///            `std::bad_alloc`.
 /// Threads    Distinct converters are independent; one converter serves one thread at a time.
-///
-/// `convert` takes a whole text and begins afresh. `convert_some` takes it piece by piece, the pieces may end
-/// anywhere, and results do not depend on where (but for SCSU and LMBCS, where text has many forms). Begin with a new
-/// converter, or after a call with `last` that has taken everything.
-struct conversion_step {
-  std::size_t taken;   ///< input units that need not be offered again
-  std::size_t placed;  ///< output units written
-  /// All input is taken and all of its output is placed. If not, call again with more room and the rest of the input.
-  bool done;
-};
-
-/// Converts bytes in a named encoding to UTF-16.
-class [[gnu::visibility("default")]] codecvt_string_to_ustring {
+class [[gnu::visibility("default")]] codecvt_string_to_ustring : public detail::CvtBase {
 public:
-  /// Raises `CvtExceptionBase` itself if no converter can be made for the name, or `std::bad_alloc`.
-  codecvt_string_to_ustring(const std::string& encoding, bool tolerant);
-  ~codecvt_string_to_ustring();
-  codecvt_string_to_ustring(const codecvt_string_to_ustring&) = delete;
-  codecvt_string_to_ustring& operator=(const codecvt_string_to_ustring&) = delete;
+  codecvt_string_to_ustring(const std::string& encoding, bool tolerant) : CvtBase(encoding, tolerant) {}
 
-  /// Converts exactly `count` bytes, zero bytes included.
+  /// Converts exactly `count` bytes, zero bytes included, as a text of their own.
   /// Requires: `bytes` points to as many; it may be null if `count` is 0.
   std::u16string convert(const char* bytes, std::size_t count);
 
+  /// Converts a text piece by piece, the `last` of them so marked. Pieces may end anywhere, and what becomes of the
+  /// text does not depend on where. Begin with a new
+  /// converter.
   conversion_step convert_some(const char* bytes, std::size_t count, bool last, char16_t* to, std::size_t room);
 
-  /// Whether the tolerant converter has put a substitute in place of anything since it was made.
-  bool has_substituted() const noexcept;
+  /// Whether no part of a character has been taken without its rest.
+  bool is_between_characters() const noexcept;
 
 private:
-  friend std::size_t copy_alike(const codecvt_string_to_ustring& source, const codecvt_ustring_to_string& target,
-                                const char* bytes, std::size_t count, char* to);
-
-  std::unique_ptr<detail::Converter<detail::ToUnicode>> decoder_;
+  friend conversion_step convert_directly(const codecvt_string_to_ustring& source,
+                                          const codecvt_ustring_to_string& target, const char* bytes,
+                                          std::size_t count, char* to, std::size_t room);
 };
 
-/// Converts UTF-16 to bytes in a named encoding.
-class [[gnu::visibility("default")]] codecvt_ustring_to_string {
+/// Converts UTF-16 to bytes in a named encoding: the counterpart of `codecvt_string_to_ustring`, of which everything
+/// holds here, too.
+class [[gnu::visibility("default")]] codecvt_ustring_to_string : public detail::CvtBase {
 public:
-  /// Raises `CvtExceptionBase` itself if no converter can be made for the name, or `std::bad_alloc`.
-  codecvt_ustring_to_string(const std::string& encoding, bool tolerant);
-  ~codecvt_ustring_to_string();
-  codecvt_ustring_to_string(const codecvt_ustring_to_string&) = delete;
-  codecvt_ustring_to_string& operator=(const codecvt_ustring_to_string&) = delete;
+  codecvt_ustring_to_string(const std::string& encoding, bool tolerant) : CvtBase(encoding, tolerant) {}
 
-  /// Converts exactly `count` units, zero units included.
-  /// Requires: `units` points to as many; it may be null if `count` is 0.
   std::string convert(const char16_t* units, std::size_t count);
-
   conversion_step convert_some(const char16_t* units, std::size_t count, bool last, char* to, std::size_t room);
-
-  /// Whether the tolerant converter has put a substitute in place of anything since it was made.
-  bool has_substituted() const noexcept;
+  bool is_between_characters() const noexcept;
 
 private:
-  friend std::size_t copy_alike(const codecvt_string_to_ustring& source, const codecvt_ustring_to_string& target,
-                                const char* bytes, std::size_t count, char* to);
-
-  std::unique_ptr<detail::Converter<detail::FromUnicode>> encoder_;
+  friend conversion_step convert_directly(const codecvt_string_to_ustring& source,
+                                          const codecvt_ustring_to_string& target, const char* bytes,
+                                          std::size_t count, char* to, std::size_t room);
 };
 
-/// Copies the start of a text that is the same bytes in the encodings of both converters, and returns its length; 0
-/// while one of them is within a character, or if there is nothing that they are known to have in common.
-/// Requires: there is room for `count` bytes at `to`.
-[[gnu::visibility("default")]] std::size_t copy_alike(const codecvt_string_to_ustring& source,
-                                                      const codecvt_ustring_to_string& target, const char* bytes,
-                                                      std::size_t count, char* to);
+/// Converts the start of a text from the encoding of `source` to that of `target` without a way through UTF-16, which
+/// is faster. Stops at the first character that either may not know, and before the room runs out; at once while one
+/// of them is within a character, and for pairs of encodings that have no direct way. From there on, take a piece
+/// through both converters, then try again: the result is what they alone would give.
+[[gnu::visibility("default")]] conversion_step convert_directly(const codecvt_string_to_ustring& source,
+                                                                const codecvt_ustring_to_string& target,
+                                                                const char* bytes, std::size_t count, char* to,
+                                                                std::size_t room);
 
 /// Widens ASCII bytes to UTF-16.
 ///
