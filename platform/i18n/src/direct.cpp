@@ -27,11 +27,12 @@ template <class Step>
 DirectCursor convert_in_sight(DirectCursor c, Step step) {
   while (c.left() >= sight && c.room() >= sizeof(std::uint32_t)) {
     if (c.both() >= ascii_block) {
-      c.advance(copy_long_run(c.from, c.both(), c.to));
-      if (c.both() < ascii_block) continue;
       const auto others = copy_block(c.from, c.to);
       c.advance(ascii_prefix(others));
-      if (others == 0) continue;
+      if (others == 0) {
+        c.advance(copy_long_run(c.from, c.both(), c.to));
+        continue;
+      }
     }
     const char* const pause = c.end - sight;
     const char* const full = c.limit - sizeof(std::uint32_t);
@@ -67,7 +68,8 @@ std::size_t valid_prefix(const char* from, std::size_t count, std::size_t enough
       if (others == 0) continue;
     }
     do {
-      const auto length = first_character(from + at, count - at).length;
+      auto length = count - at < sight ? 0 : first_short_character(from + at).length;
+      if (length == 0) length = first_character(from + at, count - at).length;
       if (length == 0) return at;
       at += length;
     } while (at < count && byte_at(from, at) >= 0x80);
@@ -78,12 +80,13 @@ std::size_t valid_prefix(const char* from, std::size_t count, std::size_t enough
 DirectCursor convert_singles_to_utf8(DirectCursor c, const CodeTables& source) {
   const auto& singles = source.singles();
   while (c.left() >= ascii_block && c.room() >= ascii_block * sizeof(std::uint32_t)) {
-    c.advance(copy_long_run(c.from, std::min(c.left() - ascii_block, c.room() - ascii_block * sizeof(std::uint32_t)),
-                            c.to));
     const auto others = copy_block(c.from, c.to);
-    if (are_few(others)) {
+    if (others == 0) {
+      c.advance(ascii_block);
+      c.advance(copy_long_run(c.from, c.both(), c.to));
+    } else if (are_few(others)) {
       c.advance(ascii_prefix(others));
-      if (others != 0) put(c, singles[byte_at(c.from++, 0)]);
+      put(c, singles[byte_at(c.from++, 0)]);
     } else {
 #pragma GCC unroll 16
       for (std::size_t at = 0; at < ascii_block; ++at) put(c, singles[byte_at(c.from, at)]);
