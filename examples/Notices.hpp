@@ -1,0 +1,26 @@
+#pragma once
+
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <utility>
+
+namespace qarread {
+
+/// Keeps apart what the library prints through `std::cout`.
+class Notices {
+public:
+  Notices() : standardOutput_(std::cout.rdbuf(text_.rdbuf())) {}
+  ~Notices() { std::cout.rdbuf(standardOutput_); }
+  Notices(const Notices&) = delete;
+  Notices& operator=(const Notices&) = delete;
+
+  /// The lines that have come since the last call.
+  std::istringstream take() { return std::istringstream(std::exchange(text_, std::stringstream()).str()); }
+
+private:
+  std::stringstream text_;
+  std::streambuf* standardOutput_;
+};
+
+}  // namespace qarread

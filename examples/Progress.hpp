@@ -1,0 +1,34 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+namespace qarread {
+
+/// A line on standard error that tells how far a long walk has come; there is none in the first half second.
+class Progress {
+public:
+  explicit Progress(bool wanted) : wanted_(wanted) {}
+  ~Progress() { erase(); }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  void addPath();
+  void addBytes(std::uint64_t count);
+
+  /// Makes room for another line; the progress comes back by itself.
+  void erase();
+
+private:
+  using Clock = std::chrono::steady_clock;
+
+  void show();
+
+  bool wanted_;
+  bool shown_ = false;
+  Clock::time_point next_ = Clock::now() + std::chrono::milliseconds(500);
+  std::uint64_t paths_ = 0;
+  std::uint64_t bytes_ = 0;
+};
+
+}  // namespace qarread
