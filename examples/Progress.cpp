@@ -26,8 +26,9 @@ void Progress::erase() {
 }
 
 void Progress::show() {
-  const auto now = wanted_ ? Clock::now() : Clock::time_point();
-  if (!wanted_ || now < next_) return;
+  if (!wanted_) return;
+  const auto now = Clock::now();
+  if (now < next_) return;
   next_ = now + std::chrono::milliseconds(100);
   std::cerr << eraseLine + std::to_string(paths_) + " paths, " + std::to_string(bytes_ / 1'000'000) + " MB";
   shown_ = true;

@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# Makes files of all kinds and reads them with the example program: examples/demo.sh PROGRAM
+set -euo pipefail
+program=$(realpath "$1")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+heading='' normal=''
+if [ -t 1 ]; then heading=$'\e[1m' normal=$'\e[0m'; fi
+
+qarread() { "$program" "$@"; }
+
+say() { printf '\n%s%s%s\n' "$heading" "$1" "$normal"; }
+
+# show STATUS COMMAND: runs it as a person would, and insists on its exit status.
+show() {
+  local status=0
+  echo "\$ $2"
+  eval "$2" 2>&1 || status=$?
+  [ "$status" = "$1" ] || { echo "demo: exit status $status instead of $1" >&2; exit 1; }
+}
+
+mkdir -p app/text app/sjis
+echo 'Plain files come out as they are.' >app/README
+head -c 300000 /dev/zero >app/data.bin
+: >app/empty.txt
+ln -s README app/current
+ln -s ../releases/2 app/dangling
+printf 'Gr\xfc\xdfe aus K\xf6ln, 5 \xb0C\n' >app/text/greeting.txt    # Latin-1
+printf 'Crème brûlée 4 £\n' >app/text/menu.utf8
+printf 'Crème brûlée 4 €\n' >app/text/price.utf8                     # Latin-1 has no euro sign
+printf '\x93\xfa\x96\x7b\x8c\xea\n' >app/sjis/language.txt           # Shift_JIS
+printf '\x93\xfa\xff\x96\x7b\n' >app/sjis/broken.txt                 # FF is no character of it
+
+say 'One factory, both code-page transforms: what each path gets. The local code page is Latin-1.'
+latin1='--locale en_US.ISO-8859-1 --lcp-to-utf8 txt --utf8-to-lcp utf8'
+show 1 "qarread $latin1 -r --stat app/README app/current app/dangling app/data.bin app/empty.txt app/text app/missing"
+
+say 'The content of a plain file, and of a link: its target, whether that exists or not.'
+show 0 'qarread app/README'
+show 0 "qarread app/dangling | od -A n -t x1z -w24"
+
+say 'Latin-1 becomes UTF-8.'
+show 0 'od -A n -t x1z -w24 app/text/greeting.txt'
+show 0 "qarread $latin1 app/text/greeting.txt"
+
+say 'UTF-8 becomes Latin-1. What Latin-1 lacks is replaced, and the library says so.'
+show 0 "qarread $latin1 app/text/menu.utf8 | od -A n -t x1z -w24"
+show 0 "qarread $latin1 app/text/price.utf8 | od -A n -t x1z -w24"
+
+say 'The same with Shift_JIS, and with messages in Japanese.'
+sjis='--locale ja_JP.SJIS --lcp-to-utf8 txt'
+show 1 "qarread $sjis -r --stat app/sjis app/missing"
+show 0 "qarread $sjis app/sjis/language.txt app/sjis/broken.txt"
+
+say 'The entries of an archive catalogue, in its order.'
+show 0 "qarread $sjis -r --catalogue app"
