@@ -3,9 +3,25 @@
 #include "ByteStorage.hpp"
 
 #include <algorithm>
+#include <cstdint>
 #include <new>
 
+#include <sys/mman.h>
+
 namespace Korvane::qardatainterfaces {
+namespace {
+
+// Of what is this large, most of the time goes into page faults. The kernel is free not to listen.
+void askForHugePages(unsigned char* bytes, unsigned long capacity) noexcept {
+  constexpr unsigned long large = 16UL << 20;
+  if (capacity < large) return;
+  constexpr std::uintptr_t page = 4096;
+  const auto begin = (reinterpret_cast<std::uintptr_t>(bytes) + page - 1) / page * page;
+  const auto end = (reinterpret_cast<std::uintptr_t>(bytes) + capacity) / page * page;
+  static_cast<void>(::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE));
+}
+
+}  // namespace
 
 ByteBuffer::ByteBuffer(unsigned long capacity) { resize(capacity); }
 
@@ -15,11 +31,13 @@ void ByteBuffer::resize(unsigned long capacity) {
   if (moved == nullptr) throw std::bad_alloc();
   static_cast<void>(bytes_.release());
   bytes_.reset(static_cast<unsigned char*>(moved));
+  if (capacity > capacity_) askForHugePages(bytes_.get(), capacity);
   capacity_ = capacity;
 }
 
 void ByteBuffer::moveTo(QARByteArray& array, unsigned long size) {
-  if (size != capacity_) resize(size);
+  constexpr unsigned long slack = 64;  // not worth a call
+  if (capacity_ - size > slack) resize(size);
   ByteStorage::adopt(array, boost::shared_array<unsigned char>(bytes_.release(), Free()), size);
 }
 
