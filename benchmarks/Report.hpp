@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <fstream>
+#include <functional>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace benchmarks {
+
+/// What this library is to reach in comparison with a peer; nothing without a factor.
+struct Goal {
+  double time_at_most = 0;
+  double speed_at_least = 0;
+};
+
+/// One way to do the work of a row. `run` appends what it delivers to `result`, which is null while it is timed.
+struct Contestant {
+  std::string name;
+  std::function<void(std::string* result)> run;
+  Goal goal = {};
+};
+
+struct Contest {
+  std::size_t bytes;                    // that one run works on
+  std::vector<Contestant> contestants;  // this library, and its peers with the goals against them
+};
+
+/// Runs the rows of the table and prints them, in Markdown.
+class Report {
+public:
+  /// Leaves out rows whose name `filter` does not match, and writes the speed of each contestant to the file
+  /// `speeds`.
+  Report(const std::string& filter, const std::string& speeds);
+  /// Prints how many goals were met.
+  ~Report();
+  Report(const Report&) = delete;
+  Report& operator=(const Report&) = delete;
+
+  /// Has all contestants deliver their result, which must be the same, then run in turns for some rounds. What is
+  /// printed is the median of the rounds' ratios, and their range.
+  void contest(const std::string& row, const std::function<Contest()>& prepare);
+
+  /// A figure that is no time: `value()` is to be at most `limit`.
+  void measure(const std::string& row, double limit, const std::function<double()>& value);
+
+private:
+  bool wanted(const std::string& row) const { return std::regex_search(row, filter_); }
+  std::string verdict(bool met);
+
+  std::regex filter_;
+  std::ofstream speeds_;
+  int goals_ = 0;
+  int met_ = 0;
+};
+
+}  // namespace benchmarks

@@ -1,0 +1,56 @@
+#include "Report.hpp"
+#include "rows.hpp"
+
+#include <qardatainterfaces/QARData.hpp>
+
+#include <map>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace benchmarks {
+namespace {
+
+using namespace Korvane::qardatainterfaces;
+using Map = std::map<std::u16string, QARRecordData>;
+
+/// A million names like those of files; a third of them come again.
+std::vector<std::u16string> names() {
+  std::mt19937 random;
+  std::vector<std::u16string> result(1'000'000);
+  for (auto& name : result) {
+    const auto number = std::to_string(1'000'000 + random() % 1'000'000);
+    name = u"application/resources/" + std::u16string(number.begin(), number.begin() + 4) + u"/file" +
+           std::u16string(number.begin() + 4, number.end()) + u".txt";
+  }
+  return result;
+}
+
+void deliver(const Map& map, std::string* result) {
+  if (result == nullptr) return;
+  for (const auto& [name, record] : map)
+    for (const auto unit : name + record.getName() + (record.isDemo() ? u"!\n" : u"\n"))
+      *result += static_cast<char>(unit);
+}
+
+Contest setting_entries() {
+  const auto entries = std::make_shared<const std::vector<std::u16string>>(names());
+  const std::u16string record = u"record";
+  const auto ours = [=](std::string* result) {
+    QARData data;
+    for (const auto& name : *entries) data.addFileMapEntry(name, record, false);
+    deliver(data.getFileMap(), result);
+  };
+  const auto map = [=](std::string* result) {
+    Map entry_map;
+    for (const auto& name : *entries) entry_map.insert_or_assign(name, QARRecordData(record, false, ""));
+    deliver(entry_map, result);
+  };
+  return {entries->size(), {{"ours", ours}, {"insert_or_assign", map, {.time_at_most = 1.03}}}};
+}
+
+}  // namespace
+
+void run_catalogue(Report& report) { report.contest("catalogue, a million entries set", setting_entries); }
+
+}  // namespace benchmarks
