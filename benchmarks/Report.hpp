@@ -55,4 +55,9 @@ private:
   int met_ = 0;
 };
 
+/// The rows, by what they are about.
+void run_reading(Report& report);
+void run_converting(Report& report);
+void run_catalogue(Report& report);
+
 }  // namespace benchmarks

@@ -1,5 +1,4 @@
 #include "Report.hpp"
-#include "rows.hpp"
 
 #include <qardatainterfaces/QARData.hpp>
 
@@ -14,14 +13,13 @@ namespace {
 using namespace Korvane::qardatainterfaces;
 using Map = std::map<std::u16string, QARRecordData>;
 
-/// A million names like those of files; a third of them come again.
+/// A million names as a walk through directories gives them; some come again.
 std::vector<std::u16string> names() {
   std::mt19937 random;
-  std::vector<std::u16string> result(1'000'000);
-  for (auto& name : result) {
-    const auto number = std::to_string(1'000'000 + random() % 1'000'000);
-    name = u"application/resources/" + std::u16string(number.begin(), number.begin() + 4) + u"/file" +
-           std::u16string(number.begin() + 4, number.end()) + u".txt";
+  std::vector<std::u16string> result;
+  for (std::size_t i = 0; i < 1'000'000; ++i) {
+    const auto name = std::to_string(10'000 + i / 100) + "/resource" + std::to_string(random() % 300) + ".txt";
+    result.emplace_back(name.begin(), name.end());
   }
   return result;
 }

@@ -2,7 +2,6 @@
 #include "corpora.hpp"
 #include "measures.hpp"
 #include "peers.hpp"
-#include "rows.hpp"
 
 #include <ku/i18n/ZrLocale.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>

@@ -2,7 +2,6 @@
 // writes the speed of every contestant to the file SPEEDS.
 
 #include "Report.hpp"
-#include "rows.hpp"
 
 #include <exception>
 #include <iostream>

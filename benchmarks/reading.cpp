@@ -2,7 +2,6 @@
 #include "TemporaryFile.hpp"
 #include "corpora.hpp"
 #include "measures.hpp"
-#include "rows.hpp"
 
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 
@@ -102,11 +101,12 @@ void read_whole(QARFileReaderFactory& factory, Way way, const TemporaryFile& fil
 }
 
 Contest whole(std::size_t size, Way way, double goal) {
-  const auto ours = [file = file_of(size), way](std::string* result) {
+  const auto file = file_of(size);
+  const auto ours = [=](std::string* result) {
     QARFileReaderFactory factory;
     read_whole(factory, way, *file, result);
   };
-  const auto by_hand = [file = file_of(size)](std::string* result) { read_by_hand(*file, result); };
+  const auto by_hand = [=](std::string* result) { read_by_hand(*file, result); };
   return {size, {{"ours", ours}, {"by hand", by_hand, {.time_at_most = goal}}}};
 }
 

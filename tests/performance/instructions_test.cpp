@@ -44,6 +44,6 @@ INSTANTIATE_TEST_SUITE_P(Texts, Instructions,
                                          Case{"Western", "western ISO-8859-1", 4.5},
                                          Case{"Koi8R", "cyrillic KOI8-R", 8.6},
                                          Case{"ShiftJis", "japanese Shift_JIS", 20}),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& i) { return std::string(i.param.name); });
 
 }  // namespace
