@@ -68,7 +68,9 @@ const Script& script_named(const std::string& name) {
       {"emoji",
        {words(u"😀|🎉|👍🏽|👩‍💻|🚀|❤️|🇩🇪|🐍|𝔘𝔫𝔦|🧪|ok|yes|日本|é"), u" ",
         3}}};
-  return scripts.at(name);
+  const auto found = scripts.find(name);
+  if (found == scripts.end()) throw std::runtime_error("there is no script " + name);
+  return found->second;
 }
 
 std::u16string line(const Script& script, std::mt19937& random) {

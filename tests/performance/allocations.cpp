@@ -29,8 +29,8 @@ void* counted(void* block, std::size_t before) noexcept {
 
 Allocations Allocations::so_far() noexcept { return {allocations, allocated}; }
 
+#pragma GCC visibility push(default)
 extern "C" {
-
 void* malloc(std::size_t size) noexcept { return counted(__libc_malloc(size), 0); }
 void* calloc(std::size_t count, std::size_t size) noexcept { return counted(__libc_calloc(count, size), 0); }
 void* realloc(void* block, std::size_t size) noexcept {
@@ -38,3 +38,4 @@ void* realloc(void* block, std::size_t size) noexcept {
   return counted(__libc_realloc(block, size), before);
 }
 }
+#pragma GCC visibility pop
