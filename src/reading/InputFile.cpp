@@ -125,6 +125,7 @@ bool InputFile::fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept 
     if (result < 0) state_ = std::ios_base::badbit;
     if (result <= 0) break;
     count += static_cast<std::uint64_t>(result);
+    if (regular_ && count >= size_ && count < bytes.capacity()) break;  // the end, seen without another call
   }
   return good();
 }

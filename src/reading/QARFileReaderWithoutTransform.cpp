@@ -25,6 +25,7 @@ unsigned int QARFileReaderWithoutTransform::read(void* buffer, unsigned int size
   size = std::min(size, failed - 1);
   if (in_) return readStream(to, size);
   const auto count = stream_->read(to, size);
+  if (count > 0 && count == size) return count;
   if (stream_->atEnd()) more_ = false;
   return stream_->good() || stream_->atEnd() ? count : failed;
 }

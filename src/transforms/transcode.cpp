@@ -70,17 +70,22 @@ public:
   std::size_t taken() const noexcept { return size_ - left_; }
 
   std::string_view rest() const noexcept { return {next_, left_}; }
-  void skip(std::size_t count) noexcept {
+  /// Takes the text up to there past this stage; `isDone` if it has come to its end.
+  void skip(std::size_t count, bool isDone) noexcept {
     next_ += count;
     left_ -= count;
+    done_ = isDone;
   }
+
+  /// Whether what has been taken, has been given whole.
+  bool isBetweenCharacters() { return !hasMore_ && stage_.converter().is_between_characters(); }
 
   /// The next part of the text, of at most `most` bytes.
   std::u16string_view next(std::size_t most) {
     const std::size_t count = std::min(most, left_);
     const auto step = stage_.convert(next_, count, count == left_, block_.data(), block_.size());
-    skip(step.taken);
-    done_ = step.done && left_ == 0;
+    hasMore_ = !step.done;
+    skip(step.taken, step.done && step.taken == left_);
     return {block_.data(), step.placed};
   }
 
@@ -97,6 +102,7 @@ private:
   std::size_t size_;
   std::size_t left_;
   bool done_ = false;
+  bool hasMore_ = false;
   std::array<char16_t, Pace::most> block_;
 };
 
@@ -112,11 +118,12 @@ public:
     const std::size_t start = source_.taken();
     do {
       stage_.attempt([&] { makeRoom(); });
+      if (!source_.isBetweenCharacters()) break;
       const auto text = source_.rest();
       const auto step = convert_directly(decoder, encoder, text.data(), text.size(), free(), room());
-      source_.skip(step.taken);
+      source_.skip(step.taken, step.done);
       size_ += step.placed;
-    } while (room() < least_room);
+    } while (!source_.done() && room() < least_room);
     return source_.taken() - start;
   }
 
@@ -165,8 +172,8 @@ void transcode(const QARByteArray& in, QARByteArray& out, const std::string& fro
   try {
     while (!source.done()) {
       pace.adapt(sink.takeDirectly());
-      const bool is_between_characters = source.stage().converter().is_between_characters();
-      const auto text = source.next(is_between_characters ? pace.run() : 1);
+      if (source.done()) break;
+      const auto text = source.next(source.isBetweenCharacters() ? pace.run() : 1);
       sink.put(text, source.done());
     }
   } catch (...) {

@@ -22,6 +22,8 @@ public:
   std::unique_ptr<IcuConverter> make_converter(bool tolerant) const;
 
   bool is_utf8() const noexcept { return is_utf8_; }
+  /// Whether ASCII text has the same bytes in this encoding, wherever it stands.
+  bool is_superset_of_ascii() const noexcept { return is_utf8_ || tables_; }
   /// Null unless it is a superset of ASCII in which no character depends on those before it.
   const CodeTables* tables() const noexcept { return tables_ ? &*tables_ : nullptr; }
 

@@ -7,6 +7,9 @@
 #include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
 
+#include <algorithm>
+#include <type_traits>
+
 namespace ku::i18n {
 namespace detail {
 namespace {
@@ -23,13 +26,22 @@ const Encoding& process_code() {
   return code;
 }
 
+// Most names are, and for them a converter is not worth its making.
+template <class Unit>
+bool is_plain(const std::basic_string<Unit>& text) {
+  const auto is_ascii = [](Unit unit) { return std::make_unsigned_t<Unit>(unit) < 0x80; };
+  return process_code().is_superset_of_ascii() && std::all_of(text.begin(), text.end(), is_ascii);
+}
+
 }  // namespace
 
 std::string to_process_code(const std::u16string& text, bool tolerant) {
+  if (is_plain(text)) return {text.begin(), text.end()};
   return process_code().make_converter(tolerant)->encode_whole(text.data(), text.size());
 }
 
 std::u16string from_process_code(const std::string& text, bool tolerant) {
+  if (is_plain(text)) return {text.begin(), text.end()};
   return process_code().make_converter(tolerant)->decode_whole(text.data(), text.size());
 }
 
