@@ -31,9 +31,9 @@ unsigned int QARFileReaderWithoutTransform::read(void* buffer, unsigned int size
 }
 
 unsigned int QARFileReaderWithoutTransform::readStream(unsigned char* to, unsigned int size) {
-  const auto count = std::min<std::uint64_t>(in_->stream().read(to, size), size);
-  if (in_->stream().exhausted()) more_ = false;
-  return static_cast<unsigned int>(count);
+  const auto count = static_cast<unsigned int>(in_->read(to, size));
+  if (in_->exhausted()) more_ = false;
+  return count;
 }
 
 QARByteArray& QARFileReaderWithoutTransform::readAll(QARMetaData& meta) {

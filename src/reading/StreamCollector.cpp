@@ -5,20 +5,36 @@
 #include <opc/InputStream.hpp>
 
 #include <algorithm>
-#include <utility>
 
 namespace Korvane::qardatainterfaces {
+
+std::uint64_t StreamCollector::read(unsigned char* to, std::uint64_t size) {
+  if (kept() == 0) return std::min(stream_.read(to, size), size);
+  const auto count = std::min(kept(), size);
+  std::copy_n(bytes_.data() + taken_, count, to);
+  taken_ += count;
+  if (kept() == 0) forget();
+  return count;
+}
+
+bool StreamCollector::exhausted() { return kept() == 0 && stream_.exhausted(); }
 
 StreamCollector::Result StreamCollector::gather(QARByteArray& content) {
   if (!ended_ && !readToEnd()) return Result::stalled;
   ended_ = true;  // should there be no memory for the content
-  if (total_ > 0) {
-    QARByteArray gathered(bytes_.data(), total_);
+  const auto count = kept();
+  if (count > 0) {
+    QARByteArray gathered(bytes_.data() + taken_, count);
     ByteStorage::swap(content, gathered);
   }
+  forget();
+  return count > 0 ? Result::gathered : Result::nothing;
+}
+
+void StreamCollector::forget() noexcept {
+  bytes_ = std::vector<unsigned char>();  // `= {}` would keep the memory
+  total_ = taken_ = 0;
   ended_ = false;
-  bytes_ = {};
-  return std::exchange(total_, 0) > 0 ? Result::gathered : Result::nothing;
 }
 
 bool StreamCollector::readToEnd() {

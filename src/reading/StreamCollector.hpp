@@ -19,7 +19,11 @@ public:
   /// Requires: `stream` outlives this object.
   explicit StreamCollector(opc::InputStream& stream) noexcept : stream_(stream) {}
 
-  opc::InputStream& stream() const noexcept { return stream_; }
+  /// Whether there is nothing more to deliver.
+  bool exhausted();
+
+  /// What a gathering that did not end has kept comes first. Places at most `size` bytes and returns how many.
+  std::uint64_t read(unsigned char* to, std::uint64_t size);
 
   /// Reads to the end of the stream, with one read at least, and makes `content` what it delivered, unless that is
   /// nothing. If the stream stalls or something throws, `content` stays as it is, and the bytes so far are kept for
@@ -27,11 +31,14 @@ public:
   Result gather(QARByteArray& content);
 
 private:
+  std::uint64_t kept() const noexcept { return total_ - taken_; }
+  void forget() noexcept;
   bool readToEnd();
 
   opc::InputStream& stream_;
   std::vector<unsigned char> bytes_;
-  std::uint64_t total_ = 0;
+  std::uint64_t total_ = 0;  // gathered and not yet made content,
+  std::uint64_t taken_ = 0;  // of which so many bytes went out by chunk reads
   bool ended_ = false;
 };
 
