@@ -21,6 +21,7 @@ QARFileReaderWithoutTransform::QARFileReaderWithoutTransform(opc::InputStream& i
 const char* QARFileReaderWithoutTransform::getTransformId() { return ""; }
 
 unsigned int QARFileReaderWithoutTransform::read(void* buffer, unsigned int size) {
+  lastError_ = 0;
   auto* const to = static_cast<unsigned char*>(buffer);
   size = std::min(size, failed - 1);
   if (in_) return readStream(to, size);
