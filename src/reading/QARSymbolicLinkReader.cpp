@@ -15,7 +15,8 @@ namespace {
 
 void readLink(const std::string& path, QARByteArray& content) {
   struct stat found {};
-  if (::lstat(path.c_str(), &found) != 0) return;
+  // What took the place of the link may be of any size.
+  if (::lstat(path.c_str(), &found) != 0 || !S_ISLNK(found.st_mode)) return;
   const auto size = static_cast<unsigned long>(found.st_size);
   ByteBuffer target(size);
   const auto count = ::readlink(path.c_str(), reinterpret_cast<char*>(target.data()), size);
