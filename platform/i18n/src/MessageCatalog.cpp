@@ -7,6 +7,7 @@
 #include <unicode/ures.h>
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <new>
 #include <stdexcept>
@@ -31,13 +32,19 @@ BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::str
   check_found(status);
   status = U_ZERO_ERROR;  // from the second time on it warns
   BundleHandle texts(ures_open(bundle.name, language.empty() ? "root" : language.c_str(), &status));
-  // ICU would rather speak the environment's language than English.
-  if (status == U_USING_DEFAULT_WARNING) {
+  // ICU would rather speak the environment's language than English, and refuses names that are too long for one.
+  if (status == U_USING_DEFAULT_WARNING || status == U_ILLEGAL_ARGUMENT_ERROR) {
     status = U_ZERO_ERROR;
     texts.reset(ures_open(bundle.name, "root", &status));
   }
   check_found(status);
   return texts;
+}
+
+icu::UnicodeString text_of(const std::string& argument) {
+  const auto text = detail::from_process_code(argument, true);
+  if (text.size() > std::numeric_limits<std::int32_t>::max()) throw std::length_error("MessageCatalog::get_message");
+  return {text.data(), static_cast<std::int32_t>(text.size())};
 }
 
 }  // namespace
@@ -53,8 +60,7 @@ std::u16string MessageCatalog::get_message(const tavik_core::BaseMsgID& id, cons
   std::vector<const icu::UnicodeString*> pointers;
   arguments.reserve(id.arguments().size());
   for (const auto& argument : id.arguments()) {
-    const auto text = detail::from_process_code(argument, true);
-    arguments.emplace_back(text.data(), static_cast<std::int32_t>(text.size()));
+    arguments.push_back(text_of(argument));
     pointers.push_back(&arguments.back());
   }
 
