@@ -30,7 +30,8 @@ unsigned int QARFileReaderWithTransform::read(void* buffer, unsigned int size, Q
   lastError_ = 0;
   if (!prepare(meta)) return failed;
   // A stream gathered anew may have left less output than was delivered before.
-  const unsigned long left = more_ && position_ < output_.size() ? output_.size() - position_ : 0;
+  position_ = std::min(position_, output_.size());
+  const unsigned long left = more_ ? output_.size() - position_ : 0;
   const auto count = static_cast<unsigned int>(std::min<unsigned long>({size, left, failed - 1}));
   std::copy_n(output_.begin() + position_, count, static_cast<unsigned char*>(buffer));
   position_ += count;
