@@ -4,11 +4,15 @@
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/to_string.hpp>
 
+#include <algorithm>
+
 namespace Korvane::rtxi18nutil {
 
 DeployedException::DeployedException(const tavik_core::BaseMsgID& id) noexcept : name_(&id.name()) {
   try {
-    message_ = ku::i18n::to_string(ku::i18n::MessageCatalog::get_message(id, ku::i18n::ZrLocale::global()));
+    auto text = ku::i18n::MessageCatalog::get_message(id, ku::i18n::ZrLocale::global());
+    std::replace(text.begin(), text.end(), u'\0', u'\uFFFD');  // what() would end there
+    message_ = ku::i18n::to_string(text);
     identifier_ = id.name();
   } catch (...) {  // the name has to do
   }
