@@ -25,11 +25,10 @@ std::u16string_view FilePath::extension() const noexcept {
   return dot == element.npos ? std::u16string_view() : element.substr(dot);
 }
 
+// Of a network name "//name", which is one element, this leaves out the separators: the extension is the same.
 std::u16string_view FilePath::lastElement() const noexcept {
   if (!path_.empty() && path_.back() == u'/') return isRoot(path_) ? u"/" : u".";
-  const auto separator = path_.rfind(u'/');
-  const bool network_name = separator == 1 && path_[0] == u'/';
-  return separator == path_.npos || network_name ? path_ : path_.substr(separator + 1);
+  return path_.substr(path_.rfind(u'/') + 1);  // the whole path without a separator: npos + 1 is 0
 }
 
 std::string FilePath::native() const { return ku::filesystem::detail::make_native_form(std::u16string(path_)); }
