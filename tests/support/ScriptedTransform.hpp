@@ -1,0 +1,34 @@
+#pragma once
+
+#include "content.hpp"
+
+#include <qardatainterfaces/QARTransform.hpp>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Korvane::qardatainterfaces {
+
+/// Does what the test tells it, and remembers what it was given.
+class ScriptedTransform final : public QARTransform {
+public:
+  using Script = std::function<bool(const QARByteArray& in, QARByteArray& out, QARMetaData& meta)>;
+
+  explicit ScriptedTransform(Script next, bool empty_input = true, bool empty_output = false)
+      : QARTransform("scripted", empty_input, empty_output), script(std::move(next)) {}
+
+  bool cleanup() override { return true; }
+  bool transform(const QARByteArray& in, QARByteArray& out, QARMetaData& meta) override {
+    inputs.push_back(text(in));
+    return script(in, out, meta);
+  }
+
+  static bool copy(const QARByteArray& in, QARByteArray& out, QARMetaData&) { return out = in, true; }
+
+  Script script;
+  std::vector<std::string> inputs;
+};
+
+}  // namespace Korvane::qardatainterfaces
