@@ -72,7 +72,8 @@ protected:
 ///            encodings whose converter drops text (ISCII, X11 compound text) or spells it differently depending on
 ///            where it is cut (SCSU, LMBCS). docs/codepages.md tells what each encoding can express.
 /// Strict     Raises `CvtInvalidCharacter` at the first unit that cannot be converted; no look-alikes are taken
-///            and nothing is dropped, invisible characters and byte-order marks included.
+///            and nothing is dropped, invisible characters and byte-order marks included; only UTF-16 and UTF-32
+///            without a byte order in their names take a leading mark for their signature.
 /// Tolerant   Puts one U+FFFD in place of each such unit and goes on; where the target has none, "?", and where that
 ///            is missing too, its wide form U+FF1F.
 /// ASCII      Bytes below 0x80 keep their values, controls included, in every superset of ASCII.

@@ -1,0 +1,354 @@
+#include "CodePageSurvey.hpp"
+
+#include <ku/i18n/codecvt.hpp>
+
+#include <unicode/ucnv.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <iomanip>
+#include <map>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <thread>
+
+namespace {
+
+using Decoder = ku::i18n::codecvt_string_to_ustring;
+using Encoder = ku::i18n::codecvt_ustring_to_string;
+
+constexpr char32_t block_size = 0x100;
+
+std::u16string to_utf16(char32_t code) {
+  if (code < 0x10000) return {static_cast<char16_t>(code)};
+  return {static_cast<char16_t>(0xD7C0 + (code >> 10)), static_cast<char16_t>(0xDC00 | (code & 0x3FF))};
+}
+
+std::u32string to_codes(const std::u16string& text) {
+  std::u32string codes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool pair = (text[i] & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
+    codes += pair ? char32_t{0x10000} + ((text[i] & 0x3FFU) << 10) + (text[i + 1] & 0x3FFU) : char32_t{text[i]};
+    if (pair) ++i;
+  }
+  return codes;
+}
+
+std::string hexadecimal(char32_t code) {
+  std::ostringstream text;
+  text << std::hex << std::uppercase << std::setfill('0') << std::setw(4) << static_cast<std::uint32_t>(code);
+  return text.str();
+}
+
+std::string hexadecimal(const std::string& bytes) {
+  std::string text;
+  for (const char byte : bytes) text += hexadecimal(static_cast<unsigned char>(byte)).substr(2);
+  return text;
+}
+
+class Surveyor {
+public:
+  Surveyor(CodePageSurvey& survey, SurveyDepth depth)
+      : survey_(survey), thinned_(depth == SurveyDepth::thinned), name_(survey.aliases.front()) {}
+
+  void run() {
+    // A lone surrogate is what every table lacks; the few that carry it need no substitute.
+    const auto marked = decode(strict_decoder_, tolerant(dirty_encoder_, u"\xD800"));
+    substitute_ = marked && marked->size() == 1 ? marked->front() : 0;
+    if (substitute_ != 0xFFFD && substitute_ != '?' && substitute_ != 0xFF1F && substitute_ != 0xD800)
+      fault("no visible substitute");
+    for (char32_t first = 0; first < 0x110000; first += block_size)
+      if (wanted(first / block_size)) survey_block(first);
+    survey_ascii();
+    survey_bytes();
+    if (clean_encoder_.has_substituted() || clean_decoder_.has_substituted()) fault("claims to have substituted");
+    if (survey_.rejected > 0 && !dirty_encoder_.has_substituted()) fault("conceals that it substitutes");
+  }
+
+private:
+  bool wanted(std::size_t number) const { return !thinned_ || number % 16 == 0 || number == 0xD8; }
+  void fault(const std::string& what) { survey_.faults.push_back(survey_.name + ": " + what); }
+
+  static std::optional<std::u16string> decode(Decoder& decoder, const std::string& bytes) {
+    try {
+      return decoder.convert(bytes.data(), bytes.size());
+    } catch (const ku::i18n::CvtInvalidCharacter&) {
+      return std::nullopt;
+    }
+  }
+  static std::optional<std::string> encode(Encoder& encoder, const std::u16string& text) {
+    try {
+      return encoder.convert(text.data(), text.size());
+    } catch (const ku::i18n::CvtInvalidCharacter&) {
+      return std::nullopt;
+    }
+  }
+  static std::string tolerant(Encoder& encoder, const std::u16string& text) {
+    return encoder.convert(text.data(), text.size());
+  }
+
+  // Most blocks are seen through at once: what comes back from the bytes of the whole block is, character by
+  // character, the same or the substitute.
+  void survey_block(char32_t first) {
+    std::u16string text;
+    for (char32_t code = first; code < first + block_size; ++code) text += to_utf16(code);
+    const auto back = decode(strict_decoder_, tolerant(dirty_encoder_, text));
+    const auto codes = to_codes(back.value_or(u""));
+    std::u16string accepted;
+    std::vector<char32_t> rejected;
+    for (std::size_t i = 0; i < codes.size() && i < block_size; ++i) {
+      const auto code = first + static_cast<char32_t>(i);
+      if (codes[i] == code)
+        accepted += to_utf16(code);
+      else if (codes[i] == substitute_)
+        rejected.push_back(code);
+    }
+    survey_.checks += block_size;
+    if (codes.size() != block_size || to_codes(accepted).size() + rejected.size() != block_size ||
+        !comes_back(accepted)) {
+      for (char32_t code = first; code < first + block_size; ++code) survey_code(code);
+      return;
+    }
+    survey_.kept += block_size - rejected.size();
+    survey_.rejected += rejected.size();
+    // An exception takes its time: of a block without any character, a few codes have to do.
+    const std::size_t step = rejected.size() == block_size ? 251 : 1;
+    for (std::size_t i = (first / block_size) % step; i < rejected.size(); i += step)
+      if (encode(strict_encoder_, to_utf16(rejected[i])))
+        fault("U+" + hexadecimal(rejected[i]) + " is taken strictly, but not tolerantly");
+  }
+
+  bool comes_back(const std::u16string& text) {
+    const auto bytes = encode(strict_encoder_, text);
+    return bytes && tolerant(clean_encoder_, text) == *bytes && decode(strict_decoder_, *bytes) == text;
+  }
+
+  void survey_code(char32_t code) {
+    const auto character = to_utf16(code);
+    const auto bytes = encode(strict_encoder_, character);
+    if (!bytes) {
+      ++survey_.rejected;
+      if (tolerant(dirty_encoder_, character) != tolerant(clean_encoder_, to_utf16(substitute_)))
+        fault("U+" + hexadecimal(code) + " is not replaced by one substitute");
+      return;
+    }
+    if (tolerant(clean_encoder_, character) != *bytes)
+      fault("U+" + hexadecimal(code) + " is written differently by the tolerant converter");
+    const auto back = decode(strict_decoder_, *bytes);
+    if (bytes->empty() || (back && back->empty()))
+      fault("U+" + hexadecimal(code) + " is dropped");
+    else if (back == character)
+      ++survey_.kept;
+    else
+      survey_.not_read.push_back(code);
+  }
+
+  void survey_ascii() {
+    const auto mark = to_utf16(substitute_ == 0xD800 ? U'A' : substitute_);
+    survey_.states = tolerant(clean_encoder_, mark + mark).size() != 2 * tolerant(clean_encoder_, mark).size();
+    bool printable = true;
+    std::string moved;
+    for (char byte = 0x7F; byte >= 0; --byte) {
+      const auto text = decode(strict_decoder_, {byte});
+      if (text == std::u16string{static_cast<char16_t>(byte)}) continue;
+      survey_.ascii = false;
+      if (byte >= 0x20 && byte < 0x7F) printable = false;
+      if (text && !text->empty()) moved += byte;
+    }
+    if (printable && !moved.empty()) fault("is ASCII but for " + hexadecimal(moved));
+  }
+
+  // All sequences of one and two bytes; longer ones grow, by sample, from those that wait for more.
+  void survey_bytes() {
+    std::vector<std::string> prefixes{""};
+    for (std::size_t length = 1; length <= 4; ++length) {
+      constexpr std::size_t most = 1 << 15;
+      const std::size_t all = prefixes.size() * 256;
+      const std::size_t step = (length <= 2 ? 1 : (all + most - 1) / most) * (thinned_ && length > 1 ? 16 : 1) | 1;
+      std::vector<std::string> open;
+      for (std::size_t i = 0; i < all; i += step) {
+        auto bytes = prefixes[i / 256] + static_cast<char>(i % 256);
+        survey_sequence(bytes);
+        if (length == 1 || waits(bytes)) open.push_back(std::move(bytes));
+      }
+      prefixes = std::move(open);
+    }
+    judge_spellings();
+  }
+
+  bool waits(const std::string& bytes) {
+    std::array<char16_t, 16> text;
+    static_cast<void>(dirty_decoder_.convert("", 0));
+    return dirty_decoder_.convert_some(bytes.data(), bytes.size(), false, text.data(), text.size()).placed == 0;
+  }
+
+  void survey_sequence(const std::string& bytes) {
+    ++survey_.checks;
+    // An exception takes its time: where the tolerant converter marks something, not every sequence needs one.
+    const auto tolerated = dirty_decoder_.convert(bytes.data(), bytes.size());
+    const bool marked = tolerated.find(u'\xFFFD') != std::u16string::npos;
+    if (marked && bytes.size() > 1 && substitute_ != 0xFFFD && ++skipped_ % 64 != 0) return;
+    const auto text = decode(strict_decoder_, bytes);
+    if (text ? clean_decoder_.convert(bytes.data(), bytes.size()) != *text || tolerated != *text : !marked)
+      fault(hexadecimal(bytes) + " is read without a mark, or with a needless one");
+    if (!text) return;
+    if (text->empty()) {
+      survey_.states = true;
+      return;
+    }
+    const auto again = encode(strict_encoder_, *text);
+    if (again == bytes) return;
+    const bool same_text = again && decode(strict_decoder_, *again) == text;
+    (same_text ? respelled_ : changed_).emplace(to_codes(*text), bytes);
+  }
+
+  // Where there are states, a text has many spellings, and another one is no loss.
+  void judge_spellings() {
+    std::set<char32_t> one_way;
+    if (!survey_.states) changed_.merge(respelled_);
+    for (const auto& [codes, bytes] : changed_)
+      if (codes.size() == 1) one_way.insert(codes.front());
+    survey_.not_rewritten.assign(one_way.begin(), one_way.end());
+    one_way.insert(survey_.not_read.begin(), survey_.not_read.end());
+    for (const auto& [codes, bytes] : changed_)
+      if (std::none_of(codes.begin(), codes.end(), [&](char32_t code) { return one_way.count(code) > 0; }))
+        fault(hexadecimal(bytes) + " does not come back, though each of its characters does");
+  }
+
+  CodePageSurvey& survey_;
+  bool thinned_;
+  std::size_t skipped_ = 0;
+  std::string name_;
+  char32_t substitute_ = 0;
+  std::map<std::u32string, std::string> changed_, respelled_;
+  Decoder strict_decoder_{name_, false};
+  Encoder strict_encoder_{name_, false};
+  Decoder clean_decoder_{name_, true}, dirty_decoder_{name_, true};
+  Encoder clean_encoder_{name_, true}, dirty_encoder_{name_, true};
+};
+
+// The first one asks for the page. Names with options are no names here.
+std::vector<std::string> aliases_of(const std::string& page) {
+  std::vector<std::string> aliases;
+  UErrorCode status = U_ZERO_ERROR;
+  const auto count = ucnv_countAliases(page.c_str(), &status);
+  for (std::uint16_t i = 0; i < count; ++i) {
+    const std::string alias = ucnv_getAlias(page.c_str(), i, &status);
+    // A name that several pages share asks for one of them only.
+    UErrorCode shared = U_ZERO_ERROR;
+    if (alias.find(',') == std::string::npos && ucnv_getAlias(alias.c_str(), 0, &shared) == page)
+      aliases.push_back(alias);
+  }
+  if (aliases.empty()) aliases.push_back(page);
+  return aliases;
+}
+
+CodePageSurvey survey_code_page(const char* name, SurveyDepth depth) {
+  CodePageSurvey survey;
+  survey.name = name;
+  survey.aliases = aliases_of(name);
+  try {
+    Surveyor(survey, depth).run();
+  } catch (const ku::i18n::CvtInvalidCharacter&) {
+    survey.faults.push_back(survey.name + ": is refused as an invalid character");
+  } catch (const ku::i18n::CvtExceptionBase&) {
+    survey.refused = true;
+  }
+  return survey;
+}
+
+std::string list(const std::vector<char32_t>& codes) {
+  constexpr std::size_t shown = 4;
+  if (codes.empty()) return "";
+  std::string text = std::to_string(codes.size()) + ":";
+  for (std::size_t i = 0; i < std::min(shown, codes.size()); ++i) text += " " + hexadecimal(codes[i]);
+  return codes.size() > shown ? text + " ..." : text;
+}
+
+bool is_refused(const std::string& name) {
+  try {
+    Encoder{name, false};
+    return false;
+  } catch (const ku::i18n::CvtExceptionBase&) {
+    return true;
+  }
+}
+
+std::string table_behind(const std::string& name) {
+  UErrorCode status = U_ZERO_ERROR;
+  return is_refused(name) ? "refused" : ucnv_getAlias(name.c_str(), 0, &status);
+}
+
+}  // namespace
+
+std::vector<std::string> code_page_names() {
+  std::vector<std::string> names;
+  for (std::int32_t i = 0; i < ucnv_countAvailable(); ++i) {
+    names.push_back(aliases_of(ucnv_getAvailableName(i)).front());
+    if (is_refused(names.back())) names.pop_back();
+  }
+  return names;
+}
+
+std::vector<CodePageSurvey> survey_code_pages(SurveyDepth depth) {
+  std::vector<CodePageSurvey> surveys(static_cast<std::size_t>(ucnv_countAvailable()));
+  std::atomic<std::int32_t> next = 0;
+  const auto work = [&] {
+    for (auto i = next++; i < ucnv_countAvailable(); i = next++)
+      surveys[static_cast<std::size_t>(i)] = survey_code_page(ucnv_getAvailableName(i), depth);
+  };
+  std::thread other(work);
+  work();
+  other.join();
+  return surveys;
+}
+
+std::string describe(const std::vector<CodePageSurvey>& surveys) {
+  std::ostringstream text;
+  text << "# Code pages\n"
+          "\n"
+          "What the converters make of each code page, found by converting every code point and every sequence of "
+          "two\n"
+          "bytes there and back, longer sequences by sample. Written by `codepages`; the tests compare it.\n"
+          "\n"
+          "- **characters**: code points that come back unchanged. All 1112064 make a page **lossless**; more mean "
+          "that\n"
+          "  it carries lone surrogates too. What is neither here nor in the next column is an invalid character.\n"
+          "- **not read**: code points that are written, but whose bytes are read as something else.\n"
+          "- **not rewritten**: code points that are read from bytes which are not written for them.\n"
+          "- **ASCII**: the bytes below 80 mean what they mean in ASCII, controls included.\n"
+          "- **states**: some bytes stand for no text but for a shift, an escape or a signature. A text then has "
+          "several\n"
+          "  spellings, and reading and writing it may give another one.\n"
+          "\n"
+          "| table | other names | characters | not read | not rewritten | ASCII | states |\n"
+          "|---|---|---|---|---|---|---|\n";
+  std::string refused;
+  for (const auto& survey : surveys) {
+    if (survey.refused) {
+      refused += (refused.empty() ? "`" : ", `") + survey.name + "`";
+      continue;
+    }
+    std::string names;
+    for (const auto& alias : survey.aliases)
+      if (alias != survey.name && names.size() < 60) names += (names.empty() ? "" : ", ") + alias;
+    text << "| " << survey.name << " | " << names << " | " << survey.kept << (survey.lossless() ? ", lossless" : "")
+         << " | " << list(survey.not_read) << " | " << list(survey.not_rewritten) << " | "
+         << (survey.ascii ? "yes" : "") << " | " << (survey.states ? "yes" : "") << " |\n";
+  }
+  text << "\nRefused, since their converters drop text, or spell it depending on where it is cut, or are to be had "
+          "with\noptions only: "
+       << refused << ".\n"
+       << "\n## Encodings of Linux locales\n\n| locale's name | table |\n|---|---|\n";
+  for (const auto* const name :
+       {"ANSI_X3.4-1968", "UTF-8",       "utf8",        "ISO-8859-1", "ISO-8859-2",  "ISO-8859-3",  "ISO-8859-5",
+        "ISO-8859-6",     "ISO-8859-7",  "ISO-8859-8",  "ISO-8859-9", "ISO-8859-10", "ISO-8859-13", "ISO-8859-14",
+        "ISO-8859-15",    "ISO-8859-16", "CP1251",      "CP1255",     "KOI8-R",      "KOI8-U",      "KOI8-T",
+        "TIS-620",        "SJIS",        "SHIFT_JIS",   "eucJP",      "EUC-JP",      "eucKR",       "EUC-KR",
+        "eucTW",          "EUC-TW",      "BIG5",        "BIG5-HKSCS", "GB2312",      "eucCN",       "GBK",
+        "GB18030",        "ARMSCII-8",   "GEORGIAN-PS", "PT154",      "RK1048",      "TCVN5712-1"})
+    text << "| " << name << " | " << table_behind(name) << " |\n";
+  return text.str();
+}

@@ -1,0 +1,256 @@
+#include <CodePageSurvey.hpp>
+
+#include <ku/i18n/codecvt.hpp>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace ku::i18n {
+namespace {
+
+std::string at(std::initializer_list<int> bytes) { return {bytes.begin(), bytes.end()}; }
+
+// The Unicode standard's table 3-7, well-formed UTF-8 byte sequences, and U+FFFD for each maximal subpart.
+std::u16string slow_decode_utf8(const std::string& text) {
+  using Ranges = std::vector<std::array<int, 2>>;
+  static const std::vector<Ranges> rows{
+      {{0x00, 0x7F}},
+      {{0xC2, 0xDF}, {0x80, 0xBF}},
+      {{0xE0, 0xE0}, {0xA0, 0xBF}, {0x80, 0xBF}},
+      {{0xE1, 0xEC}, {0x80, 0xBF}, {0x80, 0xBF}},
+      {{0xED, 0xED}, {0x80, 0x9F}, {0x80, 0xBF}},
+      {{0xEE, 0xEF}, {0x80, 0xBF}, {0x80, 0xBF}},
+      {{0xF0, 0xF0}, {0x90, 0xBF}, {0x80, 0xBF}, {0x80, 0xBF}},
+      {{0xF1, 0xF3}, {0x80, 0xBF}, {0x80, 0xBF}, {0x80, 0xBF}},
+      {{0xF4, 0xF4}, {0x80, 0x8F}, {0x80, 0xBF}, {0x80, 0xBF}},
+  };
+  std::u16string result;
+  for (std::size_t i = 0; i < text.size();) {
+    const auto byte = [&](std::size_t n) {
+      return i + n < text.size() ? static_cast<unsigned char>(text[i + n]) : -1;
+    };
+    std::size_t longest = 0;
+    bool complete = false;
+    for (const auto& ranges : rows) {
+      std::size_t n = 0;
+      while (n < ranges.size() && byte(n) >= ranges[n][0] && byte(n) <= ranges[n][1]) ++n;
+      if (n > longest) longest = n, complete = n == ranges.size();
+    }
+    if (!complete) {
+      result += u'\xFFFD';
+      i += std::max<std::size_t>(longest, 1);
+      continue;
+    }
+    std::uint32_t code = static_cast<unsigned>(byte(0)) & (longest == 1 ? 0x7FU : 0xFFU >> (longest + 1));
+    for (std::size_t n = 1; n < longest; ++n) code = code << 6 | (static_cast<unsigned>(byte(n)) & 0x3FU);
+    if (code > 0xFFFF) result += static_cast<char16_t>(0xD7C0 + (code >> 10));
+    result += static_cast<char16_t>(code > 0xFFFF ? 0xDC00 | (code & 0x3FF) : code);
+    i += longest;
+  }
+  return result;
+}
+
+class Utf8 : public testing::Test {
+protected:
+  void check_tolerant(const std::string& text) {
+    ASSERT_EQ(tolerant_.convert(text.data(), text.size()), slow_decode_utf8(text)) << testing::PrintToString(text);
+  }
+
+  codecvt_string_to_ustring tolerant_{"UTF-8", true};
+};
+
+TEST_F(Utf8, MarksEachMaximalSubpartOfAllSequencesOfThreeBytes) {
+  for (int first = 0; first < 256; ++first)
+    for (int second = 0; second < 256; ++second) {
+      std::string text = at({first}) + "|" + at({first, second}) + "|";
+      for (int third = 0; third < 256; ++third) text += at({first, second, third}) + "|";
+      check_tolerant(text);
+      if (HasFatalFailure()) return;
+    }
+}
+
+TEST_F(Utf8, StrictAndTolerantAgreeAtEveryBorderOfTheTable) {
+  const std::vector<int> borders{0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xC1, 0xC2, 0xDF,
+                                 0xE0, 0xE1, 0xEC, 0xED, 0xEE, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF};
+  codecvt_string_to_ustring strict("UTF-8", false);
+  codecvt_ustring_to_string back("UTF-8", false);
+  std::vector<std::string> texts{""};
+  for (std::size_t length = 1; length <= 4; ++length) {
+    std::vector<std::string> longer;
+    for (const auto& text : texts)
+      for (const int byte : borders) longer.push_back(text + at({byte}));
+    texts = std::move(longer);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      check_tolerant(texts[i]);
+      if (HasFatalFailure()) return;
+      const auto expected = slow_decode_utf8(texts[i]);
+      if (expected.find(u'\xFFFD') == std::u16string::npos) {
+        ASSERT_EQ(strict.convert(texts[i].data(), length), expected);
+        ASSERT_EQ(back.convert(expected.data(), expected.size()), texts[i]);
+      } else if (length < 4 || i % 7 == 0) {  // exceptions take their time
+        ASSERT_THROW(strict.convert(texts[i].data(), length), CvtInvalidCharacter)
+            << testing::PrintToString(texts[i]);
+      }
+    }
+  }
+}
+
+TEST_F(Utf8, IsRightAmongNeighboursOfEveryLength) {
+  const std::vector<std::u16string> characters{u"a",      u"~",          u"\u0080",     u"\u07FF", u"\u0800",
+                                               u"\uFFFF", u"\U00010000", u"\U0010FFFF", u"\xD800", u"\xDFFF"};
+  codecvt_ustring_to_string encoder("UTF-8", true);
+  std::minstd_rand random(1);
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string text;
+    const std::size_t kinds = 1 + random() % characters.size();
+    for (std::size_t left = random() % 50; left > 0; --left) text += characters[random() % kinds];
+    auto bytes = encoder.convert(text.data(), text.size());
+    auto expected = text;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      const bool high = (text[i] & 0xFC00) == 0xD800, low = (text[i] & 0xFC00) == 0xDC00;
+      if (high && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00)
+        ++i;
+      else if (high || low)
+        expected[i] = u'\xFFFD';
+    }
+    ASSERT_EQ(slow_decode_utf8(bytes), expected);
+    if (!bytes.empty()) bytes[random() % bytes.size()] = static_cast<char>(random());
+    check_tolerant(bytes);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST(Encodings, AreRefusedByNameWithoutBeingTakenForAnInvalidCharacter) {
+  const auto refuses = [](auto make) {
+    try {
+      make();
+      return false;
+    } catch (const CvtInvalidCharacter&) {
+      return false;
+    } catch (const CvtExceptionBase&) {
+      return true;
+    }
+  };
+  for (const std::string& name :
+       {std::string("no-such-encoding"), std::string("UTF-8,version=1"), std::string("ibm-37_P100-1995,swaplfnl"),
+        std::string("UTF-8\0", 6), std::string("UTF-8\0x", 7), std::string("x11-compound-text"),
+        std::string("COMPOUND_TEXT"), std::string("iscii-dev"), std::string("../x"), std::string("/etc/passwd"),
+        std::string("ISO-8859-1/../UTF-8"), std::string(" "), std::string(60, 'x'), std::string(1 << 20, 'x')}) {
+    for (const bool tolerant : {false, true}) {
+      EXPECT_TRUE(refuses([&] { codecvt_string_to_ustring converter(name, tolerant); })) << name.substr(0, 80);
+      EXPECT_TRUE(refuses([&] { codecvt_ustring_to_string converter(name, tolerant); })) << name.substr(0, 80);
+    }
+  }
+}
+
+TEST(Encodings, WithoutAsciiHaveAVisibleSubstituteToo) {
+  codecvt_ustring_to_string encoder("GB_2312-80", true);
+  EXPECT_EQ(encoder.convert(u"a\u4E00", 2), "\x23\x3F\x52\x3B");
+}
+
+TEST(Ascii, WidensAndRefusesTheRest) {
+  const codecvt_ascii_to_ustring widen;
+  EXPECT_EQ(widen.convert("\0\x1A~\x7F", 4), std::u16string(u"\0\x1A~\x7F", 4));
+  EXPECT_EQ(widen.convert(nullptr, 0), u"");
+  EXPECT_THROW(widen.convert("a\x80", 2), CvtInvalidCharacter);
+}
+
+// Results must not depend on how a text is cut, or on how much room there is.
+template <class Converter, class From, class To>
+struct Cutter {
+  using Result = std::optional<std::pair<std::basic_string<To>, bool>>;  // none for an invalid character
+  std::string encoding;
+  bool tolerant;
+  std::basic_string<From> text;
+
+  template <class Work>
+  Result attempt(Work work) const {
+    Converter converter(encoding, tolerant);
+    try {
+      const auto result = work(converter);
+      return {{result, converter.has_substituted()}};
+    } catch (const CvtInvalidCharacter&) {
+      return std::nullopt;
+    }
+  }
+
+  Result whole() const {
+    return attempt([&](Converter& converter) { return converter.convert(text.data(), text.size()); });
+  }
+
+  // Twice: the end of a text is the beginning of the next one.
+  Result in_slices(std::size_t slice, std::size_t room) const {
+    return attempt([&](Converter& converter) { return once(converter, slice, room), once(converter, slice, room); });
+  }
+
+  std::basic_string<To> once(Converter& converter, std::size_t slice, std::size_t room) const {
+    std::basic_string<To> result;
+    std::size_t offered = std::min(text.size(), slice), taken = 0;
+    for (int calls = 0; calls < 100000; ++calls) {
+      const std::vector<From> rest(text.begin() + static_cast<std::ptrdiff_t>(taken),
+                                   text.begin() + static_cast<std::ptrdiff_t>(offered));
+      std::vector<To> to(room);  // exactly what was promised: a sanitizer sees one too many
+      const auto step = converter.convert_some(rest.data(), rest.size(), offered == text.size(), to.data(), room);
+      result.append(to.data(), step.placed);
+      taken += step.taken;
+      if (step.done && offered == text.size()) return result;
+      if (step.done) offered = std::min(text.size(), offered + slice);
+    }
+    ADD_FAILURE() << encoding << " makes no progress";
+    return result;
+  }
+
+  void check() const {
+    const auto expected = whole();
+    EXPECT_TRUE(expected || !tolerant);
+    for (std::size_t n = 1; n <= 17; ++n) {
+      ASSERT_EQ(in_slices(n, 1000), expected) << n;
+      ASSERT_EQ(in_slices(text.size() + 1, n), expected) << n;
+      ASSERT_EQ(in_slices(n, n), expected) << n;
+    }
+  }
+};
+using Decoding = Cutter<codecvt_string_to_ustring, char, char16_t>;
+using Encoding = Cutter<codecvt_ustring_to_string, char16_t, char>;
+
+class Slices : public testing::TestWithParam<std::string> {};
+
+TEST_P(Slices, DoNotMatter) {
+  const auto& encoding = GetParam();
+  constexpr char16_t units[] =
+      u"\uFEFFAbc~+&-\r\n\x1A\x1C\x7F\0 more than 16 letters of plain text "
+      u"\u0430\u0431\u0432\u0433\u0434\u0435\u0436\u0437"
+      u"\u00E9\u00DF\u20AC\u0416\u0434\u3042\u30AB\u4E2D\u6587\uAC00\uD55C\u2460\U0001F600\u200B\u200D\uFFFD z";
+  const std::u16string text(units, std::size(units) - 1);
+  const std::u16string broken = u"a\xD800\x0062\xDC00\xD83D\xD83D\xDE00 \u4E2D\xDBFF";
+  const auto bytes = codecvt_ustring_to_string(encoding, true).convert(text.data(), text.size());
+  const auto clean = codecvt_string_to_ustring(encoding, true).convert(bytes.data(), bytes.size());
+  const auto middle = bytes.size() / 2;
+  EXPECT_TRUE((Encoding{encoding, false, clean}.whole())) << "what the page has is not rejected";
+  for (const bool tolerant : {false, true}) {
+    for (const auto& one : {text, clean, broken}) Encoding{encoding, tolerant, one}.check();
+    Decoding{encoding, tolerant, bytes}.check();
+    Decoding{encoding, tolerant, bytes.substr(0, middle + 1) + "\xFF\x81 " + bytes.substr(middle) + "\x8F\xA1\x1B$"}
+        .check();
+  }
+  for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+    const Decoding decoding{encoding, true, bytes.substr(0, cut)};
+    ASSERT_EQ(decoding.in_slices(1, 1), decoding.whole()) << cut;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllCodePages, Slices, testing::ValuesIn(code_page_names()), [](const auto& instance) {
+  std::string name = instance.param;
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+  return name;
+});
+
+}  // namespace
+}  // namespace ku::i18n

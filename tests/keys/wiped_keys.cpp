@@ -1,0 +1,86 @@
+// Looks into every block that goes back to the allocator for the bytes of a key. Built by several compilers at every
+// level of optimisation, since it is they who may find overwriting pointless.
+#include <qardatainterfaces/QARContext.hpp>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include <malloc.h>
+
+namespace {
+
+using Korvane::qardatainterfaces::QARByteArray;
+using Korvane::qardatainterfaces::QARContext;
+
+char pattern[24];
+int found = 0;
+int allocations_left = -1;
+
+void look_and_free(void* block) {
+  if (block != nullptr && memmem(block, malloc_usable_size(block), pattern, sizeof pattern) != nullptr) ++found;
+  std::free(block);
+}
+
+void* allocate(std::size_t size) {
+  if (allocations_left == 0) throw std::bad_alloc();
+  if (allocations_left > 0) --allocations_left;
+  if (void* const block = std::malloc(size)) return block;
+  throw std::bad_alloc();
+}
+
+int failures = 0;
+void expect(bool right, const char* what) {
+  if (right) return;
+  std::printf("failed: %s\n", what);
+  ++failures;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return allocate(size); }
+void* operator new[](std::size_t size) { return allocate(size); }
+void operator delete(void* block) noexcept { look_and_free(block); }
+void operator delete[](void* block) noexcept { look_and_free(block); }
+void operator delete(void* block, std::size_t) noexcept { look_and_free(block); }
+void operator delete[](void* block, std::size_t) noexcept { look_and_free(block); }
+
+int main() {
+  for (std::size_t i = 0; i < sizeof pattern; ++i) pattern[i] = static_cast<char>(0xA1 + 7 * i);
+  unsigned char bytes[100] = {};
+  std::memcpy(bytes + 40, pattern, sizeof pattern);
+  const QARByteArray key(bytes, sizeof bytes);
+  { const QARByteArray forgotten(key); }
+  expect(found == 1, "a plain array is found");
+
+  void (QARContext::*const setters[])(const QARByteArray&) = {
+      &QARContext::setTarvoKey, &QARContext::setCompilerKey, &QARContext::setSolutionKey,
+      &QARContext::setEncSolutionKey, &QARContext::setEncKeyHash};
+  found = 0;
+  {
+    QARContext context;
+    for (const auto set : setters) (context.*set)(key);
+    for (const auto set : setters) (context.*set)(QARByteArray());
+    expect(found == 0, "a key that is replaced");
+    for (const auto set : setters) (context.*set)(key);
+    QARContext copy(context);
+    copy = QARContext();
+    expect(found == 0, "a context that is assigned to");
+    QARContext target(context);
+    int failed = 0;
+    for (bool done = false; !done; ++failed) {
+      allocations_left = failed;
+      try {
+        target = context;
+        done = true;
+      } catch (const std::bad_alloc&) {
+      }
+    }
+    allocations_left = -1;
+    expect(failed > 5 && found == 0, "a copy that runs out of memory");
+    expect(target.getEncKeyHash() == key, "the key after that");
+  }
+  expect(found == 0, "a context that is destroyed");
+  return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
