@@ -17,6 +17,7 @@ namespace Korvane::qardatainterfaces {
 namespace {
 
 constexpr std::uint32_t buffer_size = 64 * 1024;
+constexpr std::uint64_t least_growth = 4096;
 
 template <class Call>
 auto uninterrupted(Call call) {
@@ -104,10 +105,9 @@ void InputFile::readWhole(QARByteArray& content) {
   ByteBuffer bytes(regular_ ? size_ + 1 : size_);
   std::uint64_t count = 0;
   while (fillFromStart(bytes, count) && count == bytes.capacity() && regular_)
-    bytes.resize(2 * count);  // it has grown, or is one of those that do not tell their size
+    bytes.resize(std::max(2 * count, least_growth));  // it has grown, or is one of those that do not tell their size
   if (!good()) return;
   bytes.moveTo(content, count);
-  size_ = count;
 }
 
 bool InputFile::askDeviceSize() noexcept {
@@ -125,7 +125,8 @@ bool InputFile::fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept 
     if (result < 0) state_ = std::ios_base::badbit;
     if (result <= 0) break;
     count += static_cast<std::uint64_t>(result);
-    if (regular_ && count >= size_ && count < bytes.capacity()) break;  // the end, seen without another call
+    // The end, seen without another call; of a file that tells its size, where a short count means nothing else.
+    if (regular_ && size_ > 0 && count >= size_ && count < bytes.capacity()) break;
   }
   return good();
 }

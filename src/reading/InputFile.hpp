@@ -47,7 +47,7 @@ private:
   int handle_ = -1;
   std::ios_base::iostate state_ = std::ios_base::goodbit;
   bool regular_ = false;
-  std::uint64_t size_ = 0;  // when the file was last looked at
+  std::uint64_t size_ = 0;  // at opening; 0 also for a regular file that does not tell
   std::unique_ptr<unsigned char[]> buffer_;
   std::uint32_t next_ = 0;
   std::uint32_t filled_ = 0;

@@ -80,11 +80,14 @@ TEST_F(QARFileReaderWithoutTransform, DeliversWhatTheFileHasBecome) {
 }
 
 TEST_F(QARFileReaderWithoutTransform, ReadsFilesThatDoNotTellTheirSize) {
-  std::ifstream file("/proc/devices");
-  const std::string expected(std::istreambuf_iterator<char>(file), {});
-  const auto reader = factory.getReader(u"/proc/devices");
-  EXPECT_EQ(text(reader->readAll()), expected);
-  EXPECT_EQ(chunk(*reader, 100000), expected);
+  for (const std::string path : {"/proc/devices", "/proc/kallsyms"}) {  // of which the second is large
+    std::ifstream file(path);
+    const std::string expected(std::istreambuf_iterator<char>(file), {});
+    const auto reader = factory.getReader({path.begin(), path.end()});
+    EXPECT_TRUE(text(reader->readAll()) == expected) << path;
+    EXPECT_TRUE(text(reader->readAll()) == expected) << path;
+    EXPECT_TRUE(chunk(*reader, 100000000) == expected) << path;
+  }
 }
 
 TEST_F(QARFileReaderWithoutTransform, TellsWhenTheFileCannotBeRead) {
