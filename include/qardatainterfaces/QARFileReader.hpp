@@ -90,7 +90,7 @@ public:
 
 protected:
   /// Opens `path`, which must be of that kind.
-  QARFileReader(const std::u16string& path, FileKind kind);
+  [[gnu::visibility("hidden")]] QARFileReader(const std::u16string& path, FileKind kind);
 
   std::u16string path_;
   std::unique_ptr<InputFile> stream_;

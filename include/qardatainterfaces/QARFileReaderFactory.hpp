@@ -63,7 +63,7 @@ public:
   bool willBeTransformed(const std::u16string& path);
 
 private:
-  QARTransform* transformFor(const std::u16string& path) const;
+  [[gnu::visibility("hidden")]] QARTransform* transformFor(const std::u16string& path) const;
 
   std::vector<boost::shared_ptr<QARFileHandler>> handlers_;
 };
