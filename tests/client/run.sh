@@ -26,8 +26,8 @@ printf '%s\n' "$work"/header-*.cpp | xargs --max-procs=2 --max-args=1 \
   $(pkgconf --cflags --libs zrqardatainterfaces) -Wl,-rpath,"$libdir"
 "$work/by-pkgconf"
 
-cmake -S "$here" -B "$work/cmake" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$warnings" \
-  -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF -DCMAKE_PREFIX_PATH="$(pkgconf --variable=prefix zrqardatainterfaces);$libdir/cmake" >"$work/cmake.log"
-cmake --build "$work/cmake" >>"$work/cmake.log" || { cat "$work/cmake.log"; exit 1; }
-"$work/cmake/client"
+cmake -S "$here" -B "$work/by-cmake" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$warnings" \
+  -DCMAKE_PREFIX_PATH="$(pkgconf --variable=prefix zrqardatainterfaces);$libdir/cmake" >"$work/cmake.log"
+cmake --build "$work/by-cmake" >>"$work/cmake.log" || { cat "$work/cmake.log"; exit 1; }
+"$work/by-cmake/client"
 echo "$cxx with $libdir: built and run by pkg-config and by CMake, $(wc -l <<<"$headers") headers on their own"
