@@ -19,10 +19,14 @@ class [[gnu::visibility("default")]] DeployedException : public std::exception {
 public:
   /// The id is not referred to afterwards, its name is.
   explicit DeployedException(const tavik_core::BaseMsgID& id) noexcept;
+  /// Copies have the same texts; without memory for them, the name.
+  /// @{
   DeployedException(const DeployedException& other) noexcept;
   DeployedException& operator=(const DeployedException& other) noexcept;
+  /// @}
   ~DeployedException() override;
 
+  /// The text, in the process code; valid until the exception is assigned to or destroyed.
   const char* what() const noexcept override;
 
   /// The name of the message id, for example `QARDATAINTERFACES_FILE_NOT_EXIST`: the same in every language.

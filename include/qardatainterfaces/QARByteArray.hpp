@@ -44,6 +44,7 @@ public:
   const unsigned char* begin() const;
   /// One past the last byte: `begin() + size()`.
   const unsigned char* end() const;
+  /// The number of bytes.
   unsigned long size() const;
 
 private:

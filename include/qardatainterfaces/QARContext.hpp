@@ -21,27 +21,33 @@ public:
   QARContext();
   /// An independent copy; the read positions of its keys are 0.
   QARContext(const QARContext& other);
+  /// The same, in place of what was there.
   QARContext& operator=(const QARContext& other);
   virtual ~QARContext();
 
   /// Copies the bytes before the terminating zero. Throws `std::logic_error` for null and then changes nothing.
   void setVersionInfo(const char* versionInfo);
+  /// A copy of the text.
   std::string getVersionInfo() const;
 
   /// Each setter copies all bytes, wherever the read position of its argument is, and puts the read position of the
   /// key to 0; setting a key to itself changes nothing.
+  /// @{
   void setTarvoKey(const QARByteArray& key);
   void setCompilerKey(const QARByteArray& key);
   void setSolutionKey(const QARByteArray& key);
   void setEncSolutionKey(const QARByteArray& key);
   void setEncKeyHash(const QARByteArray& hash);
+  /// @}
 
   /// The key itself, not a copy.
+  /// @{
   QARByteArray& getTarvoKey();
   QARByteArray& getCompilerKey();
   QARByteArray& getSolutionKey();
   QARByteArray& getEncSolutionKey();
   QARByteArray& getEncKeyHash();
+  /// @}
 
 private:
   std::string versionInfo_;

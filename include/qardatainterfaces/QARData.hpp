@@ -21,22 +21,31 @@ namespace Korvane::qardatainterfaces {
 /// Threads    Distinct catalogues are independent. One catalogue serves one thread at a time.
 class [[gnu::visibility("default")]] QARData {
 public:
+  /// All four containers are empty.
   QARData();
+  /// Independent copies of all four.
+  /// @{
   QARData(const QARData&);
   QARData& operator=(const QARData&);
+  /// @}
   virtual ~QARData();
 
+  /// The containers themselves, not copies.
+  /// @{
   std::map<std::u16string, QARRecordData>& getFileMap();
   std::map<std::u16string, std::u16string>& getRootMacroMap();
   std::vector<std::u16string>& getTarvoPathVector();
   std::vector<std::u16string>& getClassPathVector();
+  /// @}
 
   /// Whether the file map has an entry of that name.
   bool existEntry(const std::u16string& entryName);
 
   /// Append a path, which may be there already, and return the number of paths.
+  /// @{
   std::uint64_t addTarvoPathEntry(const std::u16string& path);
   std::uint64_t addClassPathEntry(const std::u16string& path);
+  /// @}
 
   /// Sets the record of the entry to that name and flag, without user data, whatever it was before.
   /// Returns the number of entries.

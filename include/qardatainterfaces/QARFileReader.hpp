@@ -92,10 +92,15 @@ protected:
   /// Opens `path`, which must be of that kind.
   [[gnu::visibility("hidden")]] QARFileReader(const std::u16string& path, FileKind kind);
 
+  /// The path as given; empty without one.
   std::u16string path_;
+  /// The open file, if the reader has one. Its type is the library's own.
   std::unique_ptr<InputFile> stream_;
+  /// What `readAll` returns.
   QARByteArray content_;
+  /// What `more()` reports.
   bool more_ = false;
+  /// What `lastError()` reports; each read begins by setting it to 0.
   int lastError_ = 0;
 };
 

@@ -14,24 +14,36 @@ class [[gnu::visibility("default")]] QARRecordData {
 public:
   /// No name, default metadata: the flag is true, the user data empty.
   QARRecordData();
+  /// That name, and metadata of that flag and user data.
   QARRecordData(const std::u16string& name, bool demo, const std::string& userData);
+  /// Copies are independent; of a record that was moved from, only assignment and destruction are of use.
+  /// @{
   QARRecordData(const QARRecordData&);
   QARRecordData(QARRecordData &&) noexcept;
   QARRecordData& operator=(const QARRecordData&);
   QARRecordData& operator=(QARRecordData&&) noexcept;
+  /// @}
   virtual ~QARRecordData();
 
+  /// The name; getting it makes a copy.
+  /// @{
   void setName(const std::u16string& name);
   std::u16string getName() const;
+  /// @}
 
+  /// The flag and the user data of the metadata.
+  /// @{
   bool isDemo() const;
   void setDemo(bool demo);
   std::string getUserData() const;
   void setUserData(const std::string& userData);
+  /// @}
 
   /// The record's own metadata, valid as long as the record.
+  /// @{
   QARMetaData& getMetaData();
   const QARMetaData& getMetaData() const;
+  /// @}
 
 private:
   QARMetaData metaData_;

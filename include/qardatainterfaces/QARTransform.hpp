@@ -46,10 +46,13 @@ public:
   const char* getId();
 
 protected:
+  /// What the accessors report. Only a constructor may change them: readers of several threads look at them.
+  /// @{
   bool isSetup_ = false;
   bool allowZeroLengthInputFiles_ = true;
   bool allowZeroLengthOutputFiles_ = false;
   std::string id_;
+  /// @}
 };
 
 }  // namespace Korvane::qardatainterfaces

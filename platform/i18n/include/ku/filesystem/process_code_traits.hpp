@@ -8,11 +8,12 @@ namespace ku::filesystem::detail {
 /// cannot express raises `ku::i18n::CvtInvalidCharacter`, so that it never names another file.
 /// May be used by any thread at any time.
 struct [[gnu::visibility("default")]] process_code_traits {
-  using internal_string_type = std::u16string;
-  using external_string_type = std::string;
+  using internal_string_type = std::u16string;  ///< UTF-16
+  using external_string_type = std::string;     ///< the process code
 
   /// The path as the operating system takes it. A result with a zero byte counts as not expressible.
   static external_string_type to_external(const internal_string_type& path);
+  /// The path that the operating system gave.
   static internal_string_type to_internal(const external_string_type& path);
 };
 

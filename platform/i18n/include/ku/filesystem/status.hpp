@@ -5,11 +5,12 @@
 
 namespace ku::filesystem {
 
+/// The kinds that matter here.
 enum class file_type { not_found, regular, directory, other };
 
 /// What the file system says about a path, links followed.
 struct file_status {
-  file_type type;
+  file_type type;        ///< of what is at the path
   std::uint64_t length;  ///< in bytes; 0 for a path that does not exist
 };
 

@@ -15,6 +15,7 @@ public:
   /// `"C"` and `"POSIX"` are English in UTF-8; the empty name is that of the environment (see `global`).
   explicit ZrLocale(const std::string& name);
 
+  /// The name as given; the environment's for the empty one.
   const std::string& name() const noexcept { return name_; }
   /// Language code such as "de"; empty for "C" and "POSIX".
   const std::string& language() const noexcept { return language_; }

@@ -8,13 +8,19 @@
 namespace ku::i18n {
 
 /// Why a conversion, or the making of a converter, failed. Its text is a constant.
+///
+/// Threads  Immutable; may be used by several threads.
 class [[gnu::visibility("default")]] CvtExceptionBase : public std::exception {
 public:
   /// Requires: `what` lives as long as the program.
   explicit CvtExceptionBase(const char* what) noexcept : what_(what) {}
+  /// Copies share the text.
+  /// @{
   CvtExceptionBase(const CvtExceptionBase&) = default;
   CvtExceptionBase& operator=(const CvtExceptionBase&) = default;
+  /// @}
   ~CvtExceptionBase() override;
+  /// The constant text.
   const char* what() const noexcept override;
 
 private:
@@ -22,11 +28,16 @@ private:
 };
 
 /// Input that a strict converter cannot convert: malformed, cut off, or without a counterpart in the target.
+///
+/// Threads  Immutable; may be used by several threads.
 class [[gnu::visibility("default")]] CvtInvalidCharacter : public CvtExceptionBase {
 public:
   CvtInvalidCharacter() noexcept;
+  /// Copies share the text.
+  /// @{
   CvtInvalidCharacter(const CvtInvalidCharacter&) = default;
   CvtInvalidCharacter& operator=(const CvtInvalidCharacter&) = default;
+  /// @}
   ~CvtInvalidCharacter() override;
 };
 
@@ -89,8 +100,8 @@ public:
   std::u16string convert(const char* bytes, std::size_t count);
 
   /// Converts a text piece by piece, the `last` of them so marked. Pieces may end anywhere, and what becomes of the
-  /// text does not depend on where. Begin with a new
-  /// converter.
+  /// text does not depend on where. Begin with a new converter.
+  /// Requires: there is room for `room` units at `to`.
   conversion_step convert_some(const char* bytes, std::size_t count, bool last, char16_t* to, std::size_t room);
 
   /// Whether no part of a character has been taken without its rest.

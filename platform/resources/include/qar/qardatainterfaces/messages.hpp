@@ -4,18 +4,21 @@
 
 #include <string>
 
-/// The messages of the data interfaces. All arguments are text in the process code.
+/// The messages of the data interfaces. All arguments are text in the process code. Ids are immutable once built and
+/// may be used by several threads.
 namespace qar::qardatainterfaces {
 
 /// A file could not be opened: its path, and the state of the stream as the reason.
 class [[gnu::visibility("default")]] QARDATAINTERFACES_FILE_OPEN_FAILED final : public tavik_core::BaseMsgID {
 public:
+  /// Copies its arguments.
   QARDATAINTERFACES_FILE_OPEN_FAILED(const std::string& path, const std::string& reason);
 };
 
 /// There is nothing at the path.
 class [[gnu::visibility("default")]] QARDATAINTERFACES_FILE_NOT_EXIST final : public tavik_core::BaseMsgID {
 public:
+  /// Copies its arguments.
   explicit QARDATAINTERFACES_FILE_NOT_EXIST(const std::string& path);
 };
 
@@ -23,6 +26,7 @@ public:
 class [[gnu::visibility("default")]] QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED final
     : public tavik_core::BaseMsgID {
 public:
+  /// Copies its arguments.
   explicit QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED(const std::string& path);
 };
 
