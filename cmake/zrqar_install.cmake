@@ -16,18 +16,13 @@ endfunction()
 
 # The program, its manual page, and what find_package(zrqardatainterfaces) and pkg-config read.
 function(zrqar_install_rest)
-  add_custom_target(installed DEPENDS zrqardatainterfaces)  # all that is built to be installed
-  if(TARGET qarread)
-    add_dependencies(installed qarread)
-    install(TARGETS qarread RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
-  endif()
+  add_custom_target(installed DEPENDS zrqardatainterfaces qarread)  # all that is built to be installed
+  install(TARGETS qarread RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
   set(manual ${PROJECT_SOURCE_DIR}/docs/qarread.1)
-  if(EXISTS ${manual})
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${manual})
-    execute_process(COMMAND gzip --best --no-name --stdout ${manual} OUTPUT_FILE ${PROJECT_BINARY_DIR}/qarread.1.gz
-      COMMAND_ERROR_IS_FATAL ANY)
-    install(FILES ${PROJECT_BINARY_DIR}/qarread.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT development)
-  endif()
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${manual})
+  execute_process(COMMAND gzip --best --no-name --stdout ${manual} OUTPUT_FILE ${PROJECT_BINARY_DIR}/qarread.1.gz
+    COMMAND_ERROR_IS_FATAL ANY)
+  install(FILES ${PROJECT_BINARY_DIR}/qarread.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT development)
 
   set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/zrqardatainterfaces)
   install(EXPORT zrqardatainterfacesTargets NAMESPACE zrqardatainterfaces::

@@ -66,13 +66,18 @@ public:
   bool has_substituted() const noexcept;
 
 protected:
+  /// For the encoding of that name; `tolerant` as the derived converter tells.
   CvtBase(const std::string& encoding, bool tolerant);
   ~CvtBase();
-  IcuConverter& icu();
+
+  /// What only the library's own code looks at.
+  /// @{
+  [[gnu::visibility("hidden")]] IcuConverter& icu();
 
   const Encoding& encoding_;
   bool tolerant_;
   std::unique_ptr<IcuConverter> icu_;
+  /// @}
 };
 }  // namespace detail
 
@@ -93,6 +98,7 @@ protected:
 /// Threads    Distinct converters are independent; one converter serves one thread at a time.
 class [[gnu::visibility("default")]] codecvt_string_to_ustring : public detail::CvtBase {
 public:
+  /// A converter from `encoding`, tolerant or strict.
   codecvt_string_to_ustring(const std::string& encoding, bool tolerant) : CvtBase(encoding, tolerant) {}
 
   /// Converts exactly `count` bytes, zero bytes included, as a text of their own.
@@ -117,11 +123,15 @@ private:
 /// holds here, too.
 class [[gnu::visibility("default")]] codecvt_ustring_to_string : public detail::CvtBase {
 public:
+  /// A converter to `encoding`, tolerant or strict.
   codecvt_ustring_to_string(const std::string& encoding, bool tolerant) : CvtBase(encoding, tolerant) {}
 
+  /// As there, with 16-bit units for bytes and bytes for units.
+  /// @{
   std::string convert(const char16_t* units, std::size_t count);
   conversion_step convert_some(const char16_t* units, std::size_t count, bool last, char* to, std::size_t room);
   bool is_between_characters() const noexcept;
+  /// @}
 
 private:
   friend conversion_step convert_directly(const codecvt_string_to_ustring& source,
