@@ -67,21 +67,25 @@ bool codecvt_ustring_to_string::is_between_characters() const noexcept {
 }
 
 conversion_step convert_directly(const codecvt_string_to_ustring& source, const codecvt_ustring_to_string& target,
-                                 const char* bytes, std::size_t count, char* to, std::size_t room) {
+                                 const char* bytes, std::size_t count, char* to, std::size_t room) noexcept {
   const auto& from = source.encoding_;
   const auto& into = target.encoding_;
   const detail::DirectCursor start{bytes, bytes + count, to, to + room};
   auto now = start;
-  if (!source.is_between_characters() || !target.is_between_characters())
+  try {
+    if (!source.is_between_characters() || !target.is_between_characters())
+      return {0, 0, false};
+    else if (from.is_utf8() && into.is_utf8())
+      now = copy_utf8(start);
+    else if (from.is_utf8() && into.tables())
+      now = convert_from_utf8(start, *into.tables());
+    else if (from.tables() && into.is_utf8())
+      now = convert_to_utf8(start, *from.tables());
+    else
+      return {0, 0, false};
+  } catch (...) {  // there is no memory for more of the tables: ICU has to do without them
     return {0, 0, false};
-  else if (from.is_utf8() && into.is_utf8())
-    now = copy_utf8(start);
-  else if (from.is_utf8() && into.tables())
-    now = convert_from_utf8(start, *into.tables());
-  else if (from.tables() && into.is_utf8())
-    now = convert_to_utf8(start, *from.tables());
-  else
-    return {0, 0, false};
+  }
   return step_of(start, now, now.left() == 0);
 }
 

@@ -269,7 +269,7 @@ std::string list(const std::vector<char32_t>& codes) {
 
 bool is_refused(const std::string& name) {
   try {
-    Encoder{name, false};
+    const Encoder refused_or_not{name, false};
     return false;
   } catch (const ku::i18n::CvtExceptionBase&) {
     return true;

@@ -116,7 +116,7 @@ public:
 private:
   friend conversion_step convert_directly(const codecvt_string_to_ustring& source,
                                           const codecvt_ustring_to_string& target, const char* bytes,
-                                          std::size_t count, char* to, std::size_t room);
+                                          std::size_t count, char* to, std::size_t room) noexcept;
 };
 
 /// Converts UTF-16 to bytes in a named encoding: the counterpart of `codecvt_string_to_ustring`, of which everything
@@ -136,7 +136,7 @@ public:
 private:
   friend conversion_step convert_directly(const codecvt_string_to_ustring& source,
                                           const codecvt_ustring_to_string& target, const char* bytes,
-                                          std::size_t count, char* to, std::size_t room);
+                                          std::size_t count, char* to, std::size_t room) noexcept;
 };
 
 /// Converts the start of a text from the encoding of `source` to that of `target` without a way through UTF-16, which
@@ -146,7 +146,7 @@ private:
 [[gnu::visibility("default")]] conversion_step convert_directly(const codecvt_string_to_ustring& source,
                                                                 const codecvt_ustring_to_string& target,
                                                                 const char* bytes, std::size_t count, char* to,
-                                                                std::size_t room);
+                                                                std::size_t room) noexcept;
 
 /// Widens ASCII bytes to UTF-16.
 ///
