@@ -12,7 +12,6 @@ function(zrqar_library target includes)
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS ${map} INSTALL_RPATH $ORIGIN)
   target_compile_features(${target} PRIVATE cxx_std_20 INTERFACE cxx_std_17)
   target_compile_options(${target} PRIVATE
-    -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.
     $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion>)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${includes}>)
   target_link_options(${target} PRIVATE LINKER:-z,defs LINKER:--version-script=${map})
