@@ -1,5 +1,7 @@
 #include <qardatainterfaces/QARContext.hpp>
 
+#include "support/content.hpp"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -8,7 +10,6 @@ namespace Korvane::qardatainterfaces {
 namespace {
 
 QARByteArray bytes(const std::string& text) { return {text}; }
-std::string text(const QARByteArray& array) { return {array.begin(), array.end()}; }
 char next(QARByteArray& key) {
   unsigned char byte = 0;
   return key.read(&byte, 1) == 1 ? static_cast<char>(byte) : '\0';

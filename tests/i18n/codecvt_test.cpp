@@ -14,6 +14,12 @@
 namespace ku::i18n {
 namespace {
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int stride = 15;
+#else
+constexpr int stride = 1;
+#endif
+
 std::string at(std::initializer_list<int> bytes) { return {bytes.begin(), bytes.end()}; }
 
 // The Unicode standard's table 3-7, well-formed UTF-8 byte sequences, and U+FFFD for each maximal subpart.
@@ -67,12 +73,11 @@ protected:
 
 TEST_F(Utf8, MarksEachMaximalSubpartOfAllSequencesOfThreeBytes) {
   for (int first = 0; first < 256; ++first)
-    for (int second = 0; second < 256; ++second) {
-      std::string text = at({first}) + "|" + at({first, second}) + "|";
-      for (int third = 0; third < 256; ++third) text += at({first, second, third}) + "|";
-      check_tolerant(text);
-      if (HasFatalFailure()) return;
-    }
+    for (int second = 0; second < 256; ++second)
+      for (int third = 0; third < 256; third += stride) {
+        check_tolerant(at({first, second, third}));
+        if (HasFatalFailure()) return;
+      }
 }
 
 TEST_F(Utf8, StrictAndTolerantAgreeAtEveryBorderOfTheTable) {
@@ -184,12 +189,11 @@ struct Cutter {
     return attempt([&](Converter& converter) { return converter.convert(text.data(), text.size()); });
   }
 
-  // Twice: the end of a text is the beginning of the next one.
   Result in_slices(std::size_t slice, std::size_t room) const {
-    return attempt([&](Converter& converter) { return once(converter, slice, room), once(converter, slice, room); });
+    return attempt([&](Converter& converter) { return convert_slices(converter, slice, room); });
   }
 
-  std::basic_string<To> once(Converter& converter, std::size_t slice, std::size_t room) const {
+  std::basic_string<To> convert_slices(Converter& converter, std::size_t slice, std::size_t room) const {
     std::basic_string<To> result;
     std::size_t offered = std::min(text.size(), slice), taken = 0;
     for (int calls = 0; calls < 100000; ++calls) {
@@ -225,7 +229,7 @@ TEST_P(Slices, DoNotMatter) {
   const auto& encoding = GetParam();
   constexpr char16_t units[] =
       u"\uFEFFAbc~+&-\r\n\x1A\x1C\x7F\0 more than 16 letters of plain text "
-      u"\u0430\u0431\u0432\u0433\u0434\u0435\u0436\u0437"
+      u"\u0430\u0431\u0432\u0433\u0434\u0435\u0436\u0437\u00CA\u0304\u00CA"
       u"\u00E9\u00DF\u20AC\u0416\u0434\u3042\u30AB\u4E2D\u6587\uAC00\uD55C\u2460\U0001F600\u200B\u200D\uFFFD z";
   const std::u16string text(units, std::size(units) - 1);
   const std::u16string broken = u"a\xD800\x0062\xDC00\xD83D\xD83D\xDE00 \u4E2D\xDBFF";
@@ -245,8 +249,8 @@ TEST_P(Slices, DoNotMatter) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(AllCodePages, Slices, testing::ValuesIn(code_page_names()), [](const auto& instance) {
-  std::string name = instance.param;
+INSTANTIATE_TEST_SUITE_P(AllCodePages, Slices, testing::ValuesIn(code_page_names()), [](const auto& test) {
+  std::string name = test.param;
   std::replace_if(
       name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
   return name;

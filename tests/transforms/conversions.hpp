@@ -2,8 +2,10 @@
 
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
-#include <support/CapturedOutput.hpp>
-#include <support/ContentLocale.hpp>
+
+#include "support/CapturedOutput.hpp"
+#include "support/ContentLocale.hpp"
+#include "support/content.hpp"
 
 #include <gtest/gtest.h>
 
@@ -23,8 +25,6 @@ struct Conversion {
 
 inline void PrintTo(const Conversion& conversion, std::ostream* stream) { *stream << conversion.name; }
 inline auto name_of = [](const auto& info) { return std::string(info.param.name); };
-
-inline std::string text(const QARByteArray& array) { return {array.begin(), array.end()}; }
 
 inline std::string invalid_character_lines(int count) {
   return count == 0 ? "" : "Invalid character was detected.\n" + invalid_character_lines(count - 1);
