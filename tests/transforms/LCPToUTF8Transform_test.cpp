@@ -41,6 +41,11 @@ TEST(LCPToUTF8Transform, FindsWhatIsMalformedWhereverItStands) {
   }
 }
 
+TEST(LCPToUTF8Transform, AgreesWithTheConvertersInEveryCodePage) {
+  LCPToUTF8Transform transform;
+  expect_agreement(transform, "", "UTF-8");
+}
+
 TEST(LCPToUTF8Transform, ReadsGoldenFiles) { expect_golden<LCPToUTF8Transform>(".lcp", ".utf8"); }
 
 TEST(LCPToUTF8Transform, FollowsTheLocaleFromCallToCallInAllThreads) {

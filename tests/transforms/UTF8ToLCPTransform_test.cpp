@@ -30,6 +30,11 @@ TEST(UTF8ToLCPTransform, LeavesAllAsItWasWhenTheCodePageIsUnknown) {
   expect_refusal(transform, std::string(1000000, 'x') + "\xFF", 1);
 }
 
+TEST(UTF8ToLCPTransform, AgreesWithTheConvertersInEveryCodePage) {
+  UTF8ToLCPTransform transform;
+  expect_agreement(transform, "UTF-8", "");
+}
+
 TEST(UTF8ToLCPTransform, ReadsGoldenFiles) { expect_golden<UTF8ToLCPTransform>(".utf8", ".lcp"); }
 
 TEST(UTF8ToLCPTransform, FollowsTheLocaleFromCallToCallInAllThreads) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <CodePageSurvey.hpp>
+#include <ku/i18n/codecvt.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 
@@ -94,6 +96,26 @@ void expect_golden(const std::string& from, const std::string& to) {
     QARMetaData meta;
     transform.transform(QARByteArray(in), result, meta);
     EXPECT_EQ(text(result), out);
+  }
+}
+
+/// Every code page: what becomes of a text, faults and all, is what the two converters make of it one after the
+/// other.
+inline void expect_agreement(QARTransform& transform, const std::string& from, const std::string& to) {
+  for (const auto& encoding : code_page_names()) {
+    const ContentLocale locale(encoding);
+    const CapturedOutput output;
+    std::u16string text;
+    for (unsigned unit = 0; unit < 0x10000; unit += unit < 0x600 ? 1 : 7)
+      text += unit % 97 == 0 ? u"plain text of ASCII\xD801\xDC37" : std::u16string{static_cast<char16_t>(unit)};
+    auto in = ku::i18n::codecvt_ustring_to_string(from, true).convert(text.data(), text.size());
+    for (std::size_t i = 50; i < in.size(); i += 1009) in[i] = static_cast<char>(0x80 + i % 128);
+    const auto units = ku::i18n::codecvt_string_to_ustring(from, true).convert(in.data(), in.size());
+    const auto expected = ku::i18n::codecvt_ustring_to_string(to, true).convert(units.data(), units.size());
+    QARByteArray out;
+    QARMetaData meta;
+    transform.transform(QARByteArray(in), out, meta);
+    EXPECT_TRUE(out == QARByteArray(expected)) << encoding;
   }
 }
 
