@@ -3,6 +3,8 @@
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
 
+#include <unicode/uclean.h>
+
 #include <array>
 #include <map>
 #include <mutex>
@@ -56,8 +58,16 @@ const char* canonical_name(const std::string& name) {
   UErrorCode status = U_ZERO_ERROR;
   const bool plain = name.find_first_of(std::string_view(",\0", 2)) == std::string::npos;
   const char* const canonical = plain ? ucnv_getAlias(name.c_str(), 0, &status) : nullptr;
-  if (canonical == nullptr || U_FAILURE(status)) throw CvtExceptionBase("There is no converter for the encoding.");
+  check(status);
+  if (canonical == nullptr) throw CvtExceptionBase("There is no converter for the encoding.");
   return canonical;
+}
+
+// Should ICU lack the memory to set up its tables when they are first needed, it never tries again: have it done when
+// the library is loaded.
+[[gnu::constructor]] void set_up_icu() {
+  UErrorCode status = U_ZERO_ERROR;
+  u_init(&status);
 }
 
 class Registry {
