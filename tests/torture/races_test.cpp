@@ -1,0 +1,153 @@
+// What others do to a path, or to the process, at the same time.
+
+#include "support/TemporaryDirectory.hpp"
+#include "support/content.hpp"
+
+#include <ku/i18n/ZrLocale.hpp>
+#include <ku/i18n/codecvt.hpp>
+#include <ku/i18n/to_string.hpp>
+#include <qar/qardatainterfaces/messages.hpp>
+#include <qardatainterfaces/DeployedException.hpp>
+#include <qardatainterfaces/LCPToUTF8Transform.hpp>
+#include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/UTF8ToLCPTransform.hpp>
+
+#include <atomic>
+#include <cstdio>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+using rtxi18nutil::DeployedException;
+
+std::size_t swaps = 20000;  // or the argument of the program
+
+TEST(Races, NeverShowWhatALinkLeadsTo) {
+  const TemporaryDirectory directory;
+  QARFileReaderFactory factory;
+  directory.file("secret", "what the link leads to");
+  directory.file("file", "content");
+  directory.link("link", "secret");
+  ASSERT_EQ(::mkfifo(directory.native("fifo").c_str(), 0600), 0);
+  ASSERT_EQ(::mkdir(directory.native("directory").c_str(), 0700), 0);
+  const auto path = directory.file("name", "content");
+
+  std::atomic<bool> done = false;
+  std::thread swapper([&] {
+    const char* const others[] = {"file", "link", "fifo", "directory"};
+    for (std::size_t i = 0; i < swaps; ++i) {
+      const auto other = directory.native(others[i % 4]);
+      if (i % 7 == 0) std::this_thread::yield();
+      EXPECT_EQ(::renameat2(AT_FDCWD, other.c_str(), AT_FDCWD, directory.native("name").c_str(), RENAME_EXCHANGE), 0);
+    }
+    done = true;
+  });
+  std::map<std::string, int> outcomes;
+  while (!done) {
+    try {
+      const auto reader = factory.getReader(path);
+      // Between its two looks at the link, a reader of links may meet anything else, and then has nothing.
+      const bool plain = reader->more();
+      const auto whole = text(reader->readAll());
+      ++outcomes[plain ? "content " + whole : whole == "secret" || whole.empty() ? "link" : whole];
+      if (plain) {
+        EXPECT_EQ(whole, "content");
+      }
+    } catch (const DeployedException& e) {
+      ++outcomes[e.identifier()];
+    }
+  }
+  swapper.join();
+  for (const auto& [outcome, count] : outcomes) {
+    std::printf("%8d times %s\n", count, outcome.c_str());
+    EXPECT_TRUE(outcome == "content content" || outcome == "link" ||
+                outcome == "QARDATAINTERFACES_FILE_OPEN_FAILED" ||
+                outcome == "QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED");
+  }
+  EXPECT_GE(outcomes.size(), 3U) << "hardly a race";
+}
+
+// Runs `task` in many threads at once, from the very first call on, while the locale of the process changes.
+template <class Task>
+void together(Task task) {
+  std::atomic<bool> go = false, done = false;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 16; ++i)
+    threads.emplace_back([&, i] {
+      while (!go) std::this_thread::yield();
+      for (int round = 0; round < 20; ++round) task(i);
+    });
+  std::thread setter([&] {
+    using ku::i18n::ZrLocale;
+    const ZrLocale locales[] = {ZrLocale("de_DE.UTF-8"), ZrLocale("ja_JP.UTF-8")};
+    for (std::size_t i = 0; !done; ++i) ZrLocale::global(locales[i % 2]);
+  });
+  go = true;
+  for (auto& thread : threads) thread.join();
+  done = true;
+  setter.join();
+}
+
+TEST(Threads, ShareAFactoryAndItsTransforms) {
+  const TemporaryDirectory directory;
+  QARFileReaderFactory factory;
+  factory.addFileTypeHandler({u".t"}, new UTF8ToLCPTransform);
+  factory.addFileTypeHandler({u".u"}, new LCPToUTF8Transform);
+  const std::string content = "plain, and \xC3\xA4\xE3\x81\x82\n";
+  const std::u16string paths[] = {directory.file("a.t", content), directory.file("b.u", content),
+                                  directory.file("c", content), directory.path("missing")};
+  together([&](int i) {
+    const auto& path = paths[i % 4];
+    EXPECT_EQ(factory.willBeTransformed(path), i % 4 < 2);
+    try {
+      EXPECT_EQ(text(factory.getReader(path)->readAll()), content);
+    } catch (const DeployedException& e) {
+      EXPECT_EQ(e.identifier(), "QARDATAINTERFACES_FILE_NOT_EXIST");
+      EXPECT_NE(std::string(e.what()).find("missing"), std::string::npos);
+    }
+  });
+}
+
+TEST(Threads, ShareOneTransformOfEachEncoding) {
+  LCPToUTF8Transform transform;
+  using ku::i18n::codecvt_string_to_ustring;
+  const char* const encodings[] = {"KOI8-R", "SJIS", "GB18030", "ISO-8859-5"};
+  std::string all = pattern(256);
+  all.erase(0x80);
+  together([&](int i) {
+    QARByteArray out;
+    QARMetaData meta;
+    transform.transform(QARByteArray(all), out, meta);
+    EXPECT_EQ(text(out), all);
+    EXPECT_EQ(codecvt_string_to_ustring(encodings[i % 4], true).convert(all.data(), 0x41),  // up to '@'
+              std::u16string(all.begin(), all.begin() + 0x41));
+    EXPECT_EQ(ku::i18n::to_string(u"\u00E4"), ku::i18n::to_string(u"\u00E4"));
+  });
+}
+
+TEST(Threads, ReadWhatIsConstant) {
+  const QARByteArray bytes(std::string("bytes"));
+  const QARMetaData meta(false, "user data");
+  const DeployedException error((qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST("path")));
+  together([&](int) {
+    EXPECT_TRUE(QARByteArray(bytes) == bytes);
+    EXPECT_EQ(QARMetaData(meta).getUserData(), "user data");
+    EXPECT_STREQ(DeployedException(error).what(), error.what());
+  });
+}
+
+}  // namespace
+}  // namespace Korvane::qardatainterfaces
+
+int main(int count, char** arguments) {
+  testing::InitGoogleTest(&count, arguments);
+  if (count > 1) Korvane::qardatainterfaces::swaps = std::stoul(arguments[1]);
+  return RUN_ALL_TESTS();
+}
