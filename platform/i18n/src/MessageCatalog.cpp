@@ -21,6 +21,13 @@ struct CloseBundle {
 };
 using BundleHandle = std::unique_ptr<UResourceBundle, CloseBundle>;
 
+// Should ICU lack memory when it first sets up its default locale and its cache, it waits for itself for ever, or
+// never tries again: have it done when the library is loaded.
+[[gnu::constructor]] void set_up_icu() {
+  UErrorCode status = U_ZERO_ERROR;
+  BundleHandle(ures_open(nullptr, "root", &status));
+}
+
 void check_found(UErrorCode status) {
   if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
   if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
