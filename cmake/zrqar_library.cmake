@@ -14,7 +14,9 @@ function(zrqar_library target includes)
   target_compile_options(${target} PRIVATE
     $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion>)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${includes}>)
-  target_link_options(${target} PRIVATE LINKER:-z,defs LINKER:--version-script=${map})
+  # clang leaves it to the program to bring the sanitizers.
+  target_link_options(${target} PRIVATE $<$<NOT:$<BOOL:${ZRQAR_FUZZERS}>>:LINKER:-z,defs>
+    LINKER:--version-script=${map})
   zrqar_mark_control_flow(${target})
   zrqar_install_target(${target} ${includes})
 endfunction()

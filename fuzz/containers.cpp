@@ -1,0 +1,75 @@
+// The catalogue against plain containers, and the texts of errors in every language.
+
+#include "input.hpp"
+
+#include <ku/i18n/MessageCatalog.hpp>
+#include <ku/i18n/to_string.hpp>
+#include <qar/qardatainterfaces/messages.hpp>
+#include <qardatainterfaces/DeployedException.hpp>
+#include <qardatainterfaces/QARData.hpp>
+
+#include <map>
+#include <utility>
+#include <vector>
+
+using namespace Korvane::qardatainterfaces;
+
+namespace {
+
+void check_catalogue(Input& input) {
+  QARData data;
+  std::map<std::u16string, std::pair<std::u16string, bool>> files;
+  std::map<std::u16string, std::u16string> macros;
+  std::vector<std::u16string> paths;
+  while (!input.empty()) {
+    const auto action = input.number();
+    const auto name = input.name(3), other = input.name(3);
+    switch (action % 5) {
+      case 0:
+        files[name] = {other, action > 99};
+        require(data.addFileMapEntry(name, other, action > 99) == files.size());
+        break;
+      case 1:
+        files.erase(name);
+        files[other] = {name, false};
+        require(data.replaceFileMapEntry(name, other, name) == files.size());
+        break;
+      case 2:
+        macros[name] = other;
+        require(data.addRootMacroMapEntry(name, other) == macros.size());
+        break;
+      case 3:
+        paths.push_back(name);
+        require(data.addTarvoPathEntry(name) == paths.size() && data.addClassPathEntry(name) == paths.size());
+        break;
+      default: require(data.existEntry(name) == (files.count(name) == 1));
+    }
+  }
+  require(data.getRootMacroMap() == macros && data.getTarvoPathVector() == paths);
+  require(data.getClassPathVector() == paths && data.getFileMap().size() == files.size());
+  for (auto& [name, record] : data.getFileMap())
+    require(files.at(name) == std::pair(record.getName(), record.isDemo()) && record.getUserData().empty());
+}
+
+void check_messages(Input& input) {
+  static const char* const languages[] = {"C", "de", "es", "fr", "ja", "zh", "xx"};
+  const ku::i18n::ZrLocale locale(languages[input.number() % std::size(languages)]);
+  const auto path = input.name(200);
+  const qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST id(ku::i18n::to_string(path));
+  const auto message = ku::i18n::MessageCatalog::get_message(id, locale);
+  const auto plain = ku::i18n::MessageCatalog::get_message(
+      qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST(std::string()), locale);
+  require(message.size() == plain.size() + path.size() || path.find_first_of(u"\xD800") != path.npos ||
+          std::any_of(path.begin(), path.end(), [](char16_t unit) { return (unit & 0xF800) == 0xD800; }));
+  ku::i18n::ZrLocale::global(locale);
+  const std::string what = Korvane::rtxi18nutil::DeployedException(id).what();
+  require(what != id.name() && what.size() >= plain.size());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Input input(data, size);
+  input.number() % 2 == 0 ? check_catalogue(input) : check_messages(input);
+  return 0;
+}

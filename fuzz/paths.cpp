@@ -1,0 +1,57 @@
+// The extension rule against an obvious implementation, and whatever the factory makes of odd paths.
+
+#include "input.hpp"
+
+#include <qardatainterfaces/DeployedException.hpp>
+#include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/UTF8ToLCPTransform.hpp>
+
+#include <boost/filesystem/exception.hpp>
+
+using namespace Korvane::qardatainterfaces;
+
+namespace {
+
+// Walks from the front, where the library searches from the back.
+std::u16string extension(const std::u16string& whole) {
+  std::u16string path(whole.c_str());
+  if (path.compare(0, 3, u"//:") == 0) path.erase(0, 3);
+  std::u16string last;
+  std::size_t names = 0;
+  for (const char16_t unit : path + u"/")
+    if (unit != u'/')
+      last += unit;
+    else if (!last.empty())
+      ++names, last.clear();
+  if (!path.empty() && path.back() == u'/') {
+    const bool network = path.size() > 3 && path.compare(0, 2, u"//") == 0 && path[2] != u'/' && names == 1;
+    return names == 0 || network ? u"" : u".";
+  }
+  std::u16string result;
+  for (const char16_t unit : path)
+    if (unit == u'/')
+      result.clear();
+    else if (unit == u'.' || !result.empty())
+      result = unit == u'.' ? u"." : result + unit;
+  return result;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Input input(data, size);
+  const auto registered = input.name(8), path = input.name(255);
+  QARFileReaderFactory factory;
+  factory.addFileTypeHandler({registered}, new UTF8ToLCPTransform);
+  const auto its = extension(path);
+  require(factory.willBeTransformed(path) == (!its.empty() && its == registered));
+  factory.addFileTypeHandler({its}, new UTF8ToLCPTransform);
+  require(factory.willBeTransformed(path) == !its.empty());
+  try {
+    factory.getReader(u"missing here/" + path);
+    require(false);
+  } catch (const Korvane::rtxi18nutil::DeployedException&) {
+  } catch (const boost::filesystem::filesystem_error&) {
+  }
+  return 0;
+}
