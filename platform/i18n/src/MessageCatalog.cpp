@@ -25,7 +25,7 @@ using BundleHandle = std::unique_ptr<UResourceBundle, CloseBundle>;
 // never tries again: have it done when the library is loaded.
 [[gnu::constructor]] void set_up_icu() {
   UErrorCode status = U_ZERO_ERROR;
-  BundleHandle(ures_open(nullptr, "root", &status));
+  const BundleHandle opened(ures_open(nullptr, "root", &status));
 }
 
 void check_found(UErrorCode status) {
