@@ -6,6 +6,7 @@ extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* block);
 }
 
@@ -49,6 +50,9 @@ extern "C" {
 void* malloc(std::size_t size) noexcept { return fails() ? nullptr : counted(__libc_malloc(size)); }
 void* calloc(std::size_t count, std::size_t size) noexcept {
   return fails() ? nullptr : counted(__libc_calloc(count, size));
+}
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+  return fails() ? nullptr : counted(__libc_memalign(alignment, size));
 }
 void* realloc(void* block, std::size_t size) noexcept {
   if (fails()) return nullptr;

@@ -132,6 +132,17 @@ TEST(Threads, ShareOneTransformOfEachEncoding) {
   });
 }
 
+TEST(Threads, ReadWhatIsConstant) {
+  const QARByteArray bytes(std::string("bytes"));
+  const QARMetaData meta(false, "user data");
+  const DeployedException error((qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST("path")));
+  together([&](int) {
+    EXPECT_TRUE(QARByteArray(bytes) == bytes);
+    EXPECT_EQ(QARMetaData(meta).getUserData(), "user data");
+    EXPECT_STREQ(DeployedException(error).what(), error.what());
+  });
+}
+
 }  // namespace
 }  // namespace Korvane::qardatainterfaces
 
