@@ -33,7 +33,8 @@ TEST(LCPToUTF8Transform, LeavesAllAsItWasWhenTheCodePageIsUnknown) {
 TEST(LCPToUTF8Transform, FindsWhatIsMalformedWhereverItStands) {
   LCPToUTF8Transform transform;
   const std::string good = "\xE3\x81\x82 \xC3\xA9";
-  for (const std::size_t before : {0, 1, 15, 16, 17, 63, 64, 65, 16381, 16382, 16383, 16384, 16385, 40000}) {
+  for (const std::size_t before :
+       std::initializer_list<std::size_t>{0, 1, 15, 16, 17, 63, 64, 65, 16381, 16382, 16383, 16384, 16385, 40000}) {
     const auto plain = std::string(before, 'x');
     expect_conversion(transform, {"", "UTF-8", plain + good, plain + good, 0});
     expect_conversion(transform,

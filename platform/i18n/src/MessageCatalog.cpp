@@ -76,7 +76,9 @@ std::u16string MessageCatalog::get_message(const tavik_core::BaseMsgID& id, cons
   icu::UnicodeString message;
   formatter.formatAndAppend(pointers.data(), count, message, nullptr, 0, status);
   check_found(status);
-  if (message.isBogus() || std::any_of(arguments.begin(), arguments.end(), [](auto& a) { return a.isBogus(); }))
+  // ICU passes over a pattern, or a text, for which there was no memory; no message is empty.
+  if (message.isBogus() || message.isEmpty() ||
+      std::any_of(arguments.begin(), arguments.end(), [](auto& a) { return a.isBogus(); }))
     throw std::bad_alloc();
   return {message.getBuffer(), static_cast<std::size_t>(message.length())};
 }
