@@ -30,7 +30,6 @@ struct {
   const char* hit = nullptr;
 } fault;
 std::size_t injected = 0;
-int opened = 0;  // and not closed
 
 bool strikes(const char* call) {
   if (fault.countdown == 0 || --fault.countdown > 0) return false;
@@ -61,23 +60,13 @@ int open(const char* path, int flags, ...) {
   va_start(rest, flags);
   const auto mode = va_arg(rest, unsigned);  // whatever that is if there is none
   va_end(rest);
-  const auto result = static_cast<int>(call("open", SYS_open, path, flags, mode));
-  if (result >= 0) ++opened;
-  return result;
+  return static_cast<int>(call("open", SYS_open, path, flags, mode));
 }
-int close(int handle) {
-  --opened;
-  return static_cast<int>(call("close", SYS_close, handle));
-}
+int __open_2(const char* path, int flags) { return open(path, flags); }  // what hardened code calls
+int close(int handle) { return static_cast<int>(call("close", SYS_close, handle)); }
 int fstat(int handle, struct stat* to) noexcept { return static_cast<int>(call("fstat", SYS_fstat, handle, to)); }
 int lstat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("lstat", SYS_lstat, path, to)); }
 int stat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("stat", SYS_stat, path, to)); }
-int lstat64(const char* path, struct stat64* to) noexcept {
-  return static_cast<int>(call("lstat", SYS_lstat, path, to));
-}
-int stat64(const char* path, struct stat64* to) noexcept {
-  return static_cast<int>(call("stat", SYS_stat, path, to));
-}
 ssize_t readlink(const char* path, char* to, size_t size) noexcept {
   return call("readlink", SYS_readlink, path, to, size);
 }
@@ -93,6 +82,8 @@ off_t lseek(int handle, off_t to, int from) noexcept { return call("lseek", SYS_
 
 namespace Korvane::qardatainterfaces {
 namespace {
+
+auto open_files() { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); }
 
 using Way = std::function<std::string(QARFileReaderFactory&, std::u16string)>;
 
@@ -159,7 +150,7 @@ TEST(SystemCalls, FailWithoutDoingHarm) {
     for (const int error : {EINTR, EIO, ENOMEM, EMFILE, EACCES, ELOOP, cut_short}) {
       fault.hit = "";
       for (std::size_t n = 1; fault.hit != nullptr; ++n) {
-        const auto before = opened;
+        const auto before = open_files();
         fault = {n, error, nullptr};
         const auto result = read_by(way, factory, path);
         const std::string hit = fault.hit == nullptr ? "nothing" : fault.hit;
@@ -170,8 +161,8 @@ TEST(SystemCalls, FailWithoutDoingHarm) {
         } else {
           EXPECT_TRUE(result == expected || is_refusal(result)) << result.substr(0, 100);
         }
-        EXPECT_EQ(opened, before) << "not closed";
         fault.countdown = 0;
+        EXPECT_EQ(open_files(), before) << "not closed";
         EXPECT_TRUE(read_by(way, factory, path) == expected) << "afterwards";
         ASSERT_FALSE(HasFailure());
       }
@@ -179,19 +170,6 @@ TEST(SystemCalls, FailWithoutDoingHarm) {
   }
   std::printf("%zu system calls failed\n", injected);
   EXPECT_GT(injected, 300U);
-}
-
-TEST(SystemCalls, LeaveAReaderUsableThatFailedOnce) {
-  const TemporaryDirectory directory;
-  QARFileReaderFactory factory;
-  factory.addFileTypeHandler({u".t"}, new ScriptedTransform(ScriptedTransform::copy));
-  for (const auto* const name : {"plain", "x.t"}) {
-    const auto reader = factory.getReader(directory.file(name, "content"));
-    EXPECT_EQ(text(reader->readAll()), "content");
-    fault = {1, EIO, nullptr};
-    EXPECT_EQ(text(reader->readAll()), "content");
-    fault = {};
-  }
 }
 
 TEST(SystemCalls, MayMeetAFileThatChangesWithEach) {
