@@ -1,5 +1,7 @@
 // Each system call of each way to read fails once, with each error, or delivers less than it was asked for.
 
+#undef _FORTIFY_SOURCE  // fortified headers define some of these functions themselves
+
 #include "support/ScriptedTransform.hpp"
 #include "support/TemporaryDirectory.hpp"
 #include "support/content.hpp"
