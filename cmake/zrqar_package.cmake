@@ -9,8 +9,6 @@ set(CPACK_PACKAGE_VENDOR "zrqardatainterfaces maintainers")
 set(CPACK_PACKAGE_CONTACT "zrqardatainterfaces maintainers <maintainers@zrqardatainterfaces.example>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
-set(CPACK_SET_DESTDIR ON)  # so that the installed files name the prefix that they will be under
-set(CPACK_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime development)
 set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS runtime)
