@@ -42,7 +42,7 @@ unsigned int QARFileReaderWithTransform::read(void* buffer, unsigned int size, Q
 QARByteArray& QARFileReaderWithTransform::readAll() {
   if (!in_) return QARFileReader::readAll();
   QARMetaData discarded;
-  if (gather()) runTransform(content_, discarded, transform_failed);
+  if (untransformed_ || gather()) runTransform(content_, discarded, transform_failed);
   return output_;
 }
 
@@ -87,7 +87,8 @@ bool QARFileReaderWithTransform::gather() {
     lastError_ = transform_failed;
   else
     gathered_ = true;
-  return result == StreamCollector::Result::gathered;
+  if (result == StreamCollector::Result::gathered) untransformed_ = true;
+  return untransformed_;
 }
 
 bool QARFileReaderWithTransform::acceptEmptyInput() noexcept {
@@ -103,7 +104,9 @@ bool QARFileReaderWithTransform::acceptEmptyInput() noexcept {
 
 bool QARFileReaderWithTransform::runTransform(const QARByteArray& input, QARMetaData& meta, int refusal) {
   lastError_ = transform_failed;
-  if (!transform_.transform(input, output_, meta)) {
+  const bool done = transform_.transform(input, output_, meta);
+  untransformed_ = false;
+  if (!done) {
     if (output_.size() == 0) lastError_ = refusal;
     return false;
   }
