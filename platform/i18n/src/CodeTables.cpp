@@ -50,13 +50,13 @@ CodeTables::CodeTables(const std::string& name, bool exchanges_controls)
   is_superset_of_ascii_ = true;
   for (unsigned byte = 0; byte < 0x80; ++byte) {
     const auto itself = 1U << 24 | byte;
-    if (singles_[byte] != itself || units(0)[byte] != itself) is_superset_of_ascii_ = false;
+    if (singles_[byte] != itself || unit(static_cast<char16_t>(byte)) != itself) is_superset_of_ascii_ = false;
   }
 }
 
-CodeTables::Row CodeTables::ask_utf8(std::string prefix) const {
+CodeTables::ByByte::Row CodeTables::ask_utf8(std::string prefix) const {
   IcuConverter icu(name_, exchanges_controls_);
-  Row row;
+  ByByte::Row row;
   prefix.push_back('\0');
   for (unsigned byte = 0; byte < row.size(); ++byte) {
     prefix.back() = static_cast<char>(byte);
@@ -65,15 +65,15 @@ CodeTables::Row CodeTables::ask_utf8(std::string prefix) const {
   return row;
 }
 
-const CodeTables::Row& CodeTables::add_pairs(unsigned first) const {
+const CodeTables::ByByte::Row& CodeTables::add_pairs(unsigned first) const {
   return pairs_.add(first, ask_utf8(std::string(1, static_cast<char>(first))));
 }
 
-const CodeTables::Row& CodeTables::add_units(unsigned upper) const {
+const CodeTables::ByUnit::Row& CodeTables::add_units(unsigned upper) const {
   IcuConverter icu(name_, exchanges_controls_);
-  Row row;
-  for (unsigned lower = 0; lower < row.size(); ++lower)
-    row[lower] = ask_bytes(icu, static_cast<char16_t>(upper << 8 | lower));
+  ByUnit::Row row;
+  for (unsigned lower = 0; lower < row_size; ++lower)
+    row[lower] = ask_bytes(icu, static_cast<char16_t>(upper * row_size + lower));
   return units_.add(upper, row);
 }
 

@@ -2,16 +2,17 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <memory>
 
 namespace ku::i18n::detail {
 
-/// 256 rows of 256 cells, each row made by its user when it is first needed.
+/// Rows of cells, each row made by its user when it is first needed.
 /// Threads  May be used by any number of threads; two that make a row at once make the same.
-template <class Cell>
+template <class Cell, std::size_t rows, std::size_t columns>
 class LazyTable {
 public:
-  using Row = std::array<Cell, 256>;
+  using Row = std::array<Cell, columns>;
 
   LazyTable() = default;
   LazyTable(const LazyTable&) = delete;
@@ -32,7 +33,7 @@ public:
   }
 
 private:
-  mutable std::array<std::atomic<const Row*>, 256> rows_{};
+  mutable std::array<std::atomic<const Row*>, rows> rows_{};
 };
 
 }  // namespace ku::i18n::detail

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include <emmintrin.h>
 
@@ -21,10 +22,11 @@ inline unsigned copy_block(const char* from, char* to) {
   return static_cast<unsigned>(_mm_movemask_epi8(bytes));
 }
 
+/// Where the first byte is whose bit is set; there must be one.
+inline std::size_t first_of(std::uint64_t bits) { return static_cast<unsigned>(__builtin_ctzll(bits)); }
+
 /// How many ASCII bytes a block begins with.
-inline std::size_t ascii_prefix(unsigned others) {
-  return others == 0 ? ascii_block : static_cast<std::size_t>(__builtin_ctz(others));
-}
+inline std::size_t ascii_prefix(unsigned others) { return others == 0 ? ascii_block : first_of(others); }
 
 /// Copies ASCII by four blocks at a time, and returns its length: at most `count`, and more may follow.
 inline std::size_t copy_long_run(const char* from, std::size_t count, char* to) {
@@ -46,10 +48,10 @@ inline std::size_t copy_long_run(const char* from, std::size_t count, char* to) 
   return at;
 }
 
-/// At most two.
-inline bool are_few(unsigned others) {
-  const unsigned without_first = others & (others - 1);
-  return (without_first & (without_first - 1)) == 0;
+/// Whether the bytes follow each other: runs of three tell other scripts from Latin letters with accents.
+template <class Bits>
+bool are_dense(Bits others) {
+  return (others & others >> 1 & others >> 2) != 0;
 }
 
 }  // namespace ku::i18n::detail

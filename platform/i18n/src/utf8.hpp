@@ -12,6 +12,8 @@ struct Utf8Character {
   std::size_t length = 0;
 };
 
+inline bool is_continuation(char byte) { return (byte & 0xC0) == 0x80; }
+
 /// The character that text of four bytes or more begins with, if it has at most three bytes.
 inline Utf8Character first_short_character(const char* from) {
   std::uint32_t bytes;
