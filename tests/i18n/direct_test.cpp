@@ -83,9 +83,10 @@ TEST(Directly, TakesUtf8UpToTheFirstOffenceAnywhere) {
 }
 
 TEST(Directly, TakesEachByteAnywhere) {
-  for (const Case& c : {Case{"KOI8-R", "UTF-8", {"a", "\xC1"}}, Case{"windows-1252", "UTF-8", {"a", "\x80", "aa\xE9"}},
-                        Case{"ISO-8859-7", "UTF-8", {"a", "\xE1"}}, Case{"Shift_JIS", "UTF-8", {"a", "\xB1", "\x93\xFA"}},
-                        Case{"UTF-8", "KOI8-R", {"aя", "я"}}, Case{"UTF-8", "EUC-JP", {"日", "日a本я"}}}) {
+  for (const Case& c :
+       {Case{"KOI8-R", "UTF-8", {"a", "\xC1"}}, Case{"windows-1252", "UTF-8", {"a", "\x80", "aa\xE9"}},
+        Case{"ISO-8859-7", "UTF-8", {"a", "\xE1"}}, Case{"Shift_JIS", "UTF-8", {"a", "\xB1", "\x93\xFA"}},
+        Case{"UTF-8", "KOI8-R", {"aя", "я"}}, Case{"UTF-8", "EUC-JP", {"日", "日a本я"}}}) {
     Judge judge(c);
     for (const auto& filling : c.fillings)
       for (unsigned byte = 0; byte < 0x100; ++byte)

@@ -34,18 +34,6 @@ bool breaks_promises(UConverterType type) {
   return drops_text || goes_by_cuts;
 }
 
-// Whether the converter keeps no state from one character to the next.
-bool is_context_free(UConverterType type) {
-  switch (type) {
-    case UCNV_SBCS:
-    case UCNV_DBCS:
-    case UCNV_MBCS:
-    case UCNV_LATIN_1:
-    case UCNV_US_ASCII: return true;
-    default: return false;
-  }
-}
-
 // The first of these that the encoding has; purely double-byte code pages have but the last, a wide question mark.
 char16_t find_substitute(IcuConverter& icu) {
   for (const char16_t unit : {u'\uFFFD', u'?', u'\uFF1F'})
@@ -103,7 +91,7 @@ Encoding::Encoding(const char* canonical_name) : name_(canonical_name) {
   exchanges_controls_ = decodes_to(icu, 0x1A, 0x1C) && decodes_to(icu, 0x1C, 0x7F) && decodes_to(icu, 0x7F, 0x1A);
   substitute_ = find_substitute(icu);
   is_utf8_ = icu.type() == UCNV_UTF8;
-  if (is_context_free(icu.type())) tables_.emplace(name_, exchanges_controls_);
+  if (icu.is_context_free()) tables_.emplace(name_, exchanges_controls_);
   if (tables_ && !tables_->is_superset_of_ascii()) tables_.reset();
 }
 

@@ -62,7 +62,11 @@ IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls)
     : IcuConverter(name, exchanges_controls, 0, stop_decoding, stop_encoding) {}
 
 IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute)
-    : IcuConverter(name, exchanges_controls, substitute, substitute_input, substitute_output) {}
+    : IcuConverter(name, exchanges_controls, substitute, substitute_input, substitute_output) {
+  UErrorCode status = U_ZERO_ERROR;
+  if (is_context_free()) ucnv_setSubstString(converter_.get(), &substitute_, 1, &status);
+  check(status);
+}
 
 IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute,
                            UConverterToUCallback decoding, UConverterFromUCallback encoding)
@@ -75,6 +79,17 @@ IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, cha
   ucnv_setToUCallBack(converter_.get(), decoding, this, nullptr, nullptr, &status);
   ucnv_setFromUCallBack(converter_.get(), encoding, this, nullptr, nullptr, &status);
   check(status);
+}
+
+bool IcuConverter::is_context_free() const noexcept {
+  switch (type()) {
+    case UCNV_SBCS:
+    case UCNV_DBCS:
+    case UCNV_MBCS:
+    case UCNV_LATIN_1:
+    case UCNV_US_ASCII: return true;
+    default: return false;
+  }
 }
 
 bool IcuConverter::decode(DecodingCursor& c, std::size_t count, bool last) {
@@ -162,9 +177,12 @@ void U_CALLCONV IcuConverter::substitute_output(const void* self, UConverterFrom
   if (reason > UCNV_IRREGULAR) return;
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
   converter->substituted_ = true;
-  const char16_t* replacement = &converter->substitute_;
   *status = U_ZERO_ERROR;
-  ucnv_cbFromUWriteUChars(arguments, &replacement, replacement + 1, 0, status);
+  const char16_t* replacement = &converter->substitute_;
+  if (converter->is_context_free())
+    ucnv_cbFromUWriteSub(arguments, 0, status);
+  else
+    ucnv_cbFromUWriteUChars(arguments, &replacement, replacement + 1, 0, status);
 }
 
 }  // namespace ku::i18n::detail

@@ -39,6 +39,8 @@ public:
   bool is_decoding_pending() const noexcept;
   bool is_encoding_pending() const noexcept;
 
+  /// Whether it keeps no state from one character to the next.
+  bool is_context_free() const noexcept;
   UConverterType type() const noexcept { return ucnv_getType(converter_.get()); }
   bool has_substituted() const noexcept { return substituted_; }
 

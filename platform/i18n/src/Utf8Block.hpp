@@ -35,8 +35,8 @@ public:
   bool is_ascii() const noexcept { return others_ == 0; }
   bool is_dense() const noexcept { return are_dense(others_); }
 
-  /// Whether the text is well-formed if it begins with the continuations `due`; only then, and sets which ones are due
-  /// behind it.
+  /// Whether the text is well-formed if it begins with the continuations `due`; only then, and sets which ones are
+  /// due behind it.
   bool is_well_formed(std::uint64_t& due) const noexcept {
     const std::uint64_t quadruples = is_unusual_ ? find_quadruples() : 0;
     if (!has_form(quadruples, due)) return false;

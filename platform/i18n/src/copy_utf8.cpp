@@ -17,8 +17,8 @@ std::size_t find_end_of_valid_blocks(const char* from, std::size_t count) {
     if (due == 0 && block.is_ascii()) continue;
     if (!block.is_well_formed(due)) break;
   }
-  if (due != 0)
-    do --at;
+  if (due != 0) do
+      --at;
     while (is_continuation(from[at]));
   return at;
 }

@@ -30,12 +30,11 @@ bool convert_dense(DirectCursor& c, const CodeTables& target) {
     const Utf8Block block(c.from);
     if (!block.is_dense() || !block.is_simple()) break;
     const std::size_t length = block.length();
-    const std::size_t end =
-        block.has_pairs_at_most()
-            ? put_characters(c, block.decode_pairs(), block.starts(), length,
-                             [&row = target.units(0)](char16_t unit) { return row[unit]; })
-            : put_characters(c, block.decode(), block.starts(), length,
-                             [&target](char16_t unit) { return target.unit(unit); });
+    const std::size_t end = block.has_pairs_at_most()
+                                ? put_characters(c, block.decode_pairs(), block.starts(), length,
+                                                 [&row = target.units(0)](char16_t unit) { return row[unit]; })
+                                : put_characters(c, block.decode(), block.starts(), length,
+                                                 [&target](char16_t unit) { return target.unit(unit); });
     c.from += end;
     if (end < length) return false;
   }

@@ -43,8 +43,8 @@ DirectCursor convert_in_sight(DirectCursor c, Step step) {
   return c;
 }
 
-/// Converts as far as `step` knows the characters: it takes one or more from a cursor with `sight` left and room for a
-/// cell, or returns false.
+/// Converts as far as `step` knows the characters: it takes one or more from a cursor with `sight` left and room for
+/// a cell, or returns false.
 template <class Step>
 DirectCursor convert_by_steps(DirectCursor c, Step step) {
   c = convert_in_sight(c, step);
