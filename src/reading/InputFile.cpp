@@ -64,9 +64,9 @@ std::string InputFile::stateText() const {
   return text;
 }
 
-std::uint32_t InputFile::read(unsigned char* to, std::uint32_t size) {
+std::uint32_t InputFile::readOn(unsigned char* to, std::uint32_t size) {
   if (!good()) return 0;
-  std::uint32_t placed = takeBuffered(to, size);
+  std::uint32_t placed = takeBuffered(to, std::min(size, filled_ - next_));
   while (placed < size && good()) {
     const std::uint32_t wanted = size - placed;
     std::uint32_t count = 0;
@@ -77,18 +77,11 @@ std::uint32_t InputFile::read(unsigned char* to, std::uint32_t size) {
       if (readOnce(buffer_.get(), buffer_size, count)) {
         next_ = 0;
         filled_ = count;
-        placed += takeBuffered(to + placed, wanted);
+        placed += takeBuffered(to + placed, std::min(wanted, filled_));
       }
     }
   }
   return placed;
-}
-
-std::uint32_t InputFile::takeBuffered(unsigned char* to, std::uint32_t size) noexcept {
-  const std::uint32_t count = std::min(size, filled_ - next_);
-  std::copy_n(buffer_.get() + next_, count, to);
-  next_ += count;
-  return count;
 }
 
 bool InputFile::readOnce(unsigned char* to, std::uint32_t size, std::uint32_t& count) noexcept {

@@ -2,6 +2,7 @@
 
 #include <qardatainterfaces/QARByteArray.hpp>
 
+#include <algorithm>
 #include <cstdint>
 #include <ios>
 #include <memory>
@@ -30,14 +31,22 @@ public:
   std::string stateText() const;
 
   /// Reads on, up to `size` bytes. Fewer: the end was met, or the file could not be read, and the state tells.
-  std::uint32_t read(unsigned char* to, std::uint32_t size);
+  std::uint32_t read(unsigned char* to, std::uint32_t size) {
+    return good() && size <= filled_ - next_ ? takeBuffered(to, size) : readOn(to, size);
+  }
 
   /// Makes `content` the whole file and leaves the place where `read` goes on. If the file cannot be read, `content`
   /// stays as it is and the state is no longer good.
   void readWhole(QARByteArray& content);
 
 private:
-  std::uint32_t takeBuffered(unsigned char* to, std::uint32_t size) noexcept;
+  // Small chunks come one after another, and a call would be most of their time.
+  std::uint32_t takeBuffered(unsigned char* to, std::uint32_t size) noexcept {
+    std::copy_n(buffer_.get() + next_, size, to);
+    next_ += size;
+    return size;
+  }
+  std::uint32_t readOn(unsigned char* to, std::uint32_t size);
   /// One system call, but for interruptions. False: nothing was read, and the state tells why.
   bool readOnce(unsigned char* to, std::uint32_t size, std::uint32_t& count) noexcept;
   bool askDeviceSize() noexcept;
