@@ -85,7 +85,8 @@ TEST(Directly, TakesUtf8UpToTheFirstOffenceAnywhere) {
 TEST(Directly, TakesEachByteAnywhere) {
   for (const Case& c :
        {Case{"KOI8-R", "UTF-8", {"a", "\xC1"}}, Case{"windows-1252", "UTF-8", {"a", "\x80", "aa\xE9"}},
-        Case{"ISO-8859-7", "UTF-8", {"a", "\xE1"}}, Case{"Shift_JIS", "UTF-8", {"a", "\xB1", "\x93\xFA"}},
+        Case{"ISO-8859-7", "UTF-8", {"a", "\xE1"}}, Case{"IBM037", "UTF-8", {"\x81"}},
+        Case{"UTF-8", "IBM037", {"a", "é"}}, Case{"Shift_JIS", "UTF-8", {"a", "\xB1", "\x93\xFA"}},
         Case{"UTF-8", "KOI8-R", {"aя", "я"}}, Case{"UTF-8", "EUC-JP", {"日", "日a本я"}}}) {
     Judge judge(c);
     for (const auto& filling : c.fillings)

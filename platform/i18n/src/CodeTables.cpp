@@ -2,7 +2,6 @@
 
 #include <unicode/utf8.h>
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 #include <new>
@@ -46,7 +45,7 @@ std::uint32_t ask_bytes(IcuConverter& icu, char16_t unit) {
 
 CodeTables::CodeTables(const std::string& name, bool exchanges_controls)
     : name_(name), exchanges_controls_(exchanges_controls), singles_(ask_utf8({})) {
-  has_only_singles_ = std::find(singles_.begin(), singles_.end(), 0U) == singles_.end();
+  is_single_byte_ = IcuConverter(name_, exchanges_controls_).is_single_byte();
   is_superset_of_ascii_ = true;
   for (unsigned byte = 0; byte < 0x80; ++byte) {
     const auto itself = 1U << 24 | byte;

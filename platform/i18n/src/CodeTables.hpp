@@ -10,7 +10,7 @@
 
 namespace ku::i18n::detail {
 
-/// What a code page of one or two bytes, a superset of ASCII, says of each character by itself: asked of ICU once.
+/// What a code page of one or two bytes says of each character by itself: asked of ICU once.
 ///
 /// Whatever depends on its neighbours, is no character of the page or lies beyond U+FFFF is not in the tables.
 /// A cell holds the bytes of a character, its first byte lowest, and their number in the highest byte; 0 if there is
@@ -26,7 +26,7 @@ public:
   CodeTables(const std::string& name, bool exchanges_controls);
 
   bool is_superset_of_ascii() const noexcept { return is_superset_of_ascii_; }
-  bool has_only_singles() const noexcept { return has_only_singles_; }
+  bool is_single_byte() const noexcept { return is_single_byte_; }
 
   /// UTF-8 by the only byte of a character.
   const ByByte::Row& singles() const noexcept { return singles_; }
@@ -56,7 +56,7 @@ private:
   bool exchanges_controls_;
   ByByte::Row singles_;
   bool is_superset_of_ascii_;
-  bool has_only_singles_;
+  bool is_single_byte_;
   ByByte pairs_;
   ByUnit units_;
 };

@@ -92,7 +92,6 @@ Encoding::Encoding(const char* canonical_name) : name_(canonical_name) {
   substitute_ = find_substitute(icu);
   is_utf8_ = icu.type() == UCNV_UTF8;
   if (icu.is_context_free()) tables_.emplace(name_, exchanges_controls_);
-  if (tables_ && !tables_->is_superset_of_ascii()) tables_.reset();
 }
 
 std::unique_ptr<IcuConverter> Encoding::make_converter(bool tolerant) const {

@@ -23,8 +23,8 @@ public:
 
   bool is_utf8() const noexcept { return is_utf8_; }
   /// Whether ASCII text has the same bytes in this encoding, wherever it stands.
-  bool is_superset_of_ascii() const noexcept { return is_utf8_ || tables_; }
-  /// Null unless it is a superset of ASCII in which no character depends on those before it.
+  bool is_superset_of_ascii() const noexcept { return is_utf8_ || (tables_ && tables_->is_superset_of_ascii()); }
+  /// Null unless no character depends on those before it.
   const CodeTables* tables() const noexcept { return tables_ ? &*tables_ : nullptr; }
 
 private:

@@ -64,7 +64,8 @@ IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls)
 IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute)
     : IcuConverter(name, exchanges_controls, substitute, substitute_input, substitute_output) {
   UErrorCode status = U_ZERO_ERROR;
-  if (is_context_free()) ucnv_setSubstString(converter_.get(), &substitute_, 1, &status);
+  substitutes_bytes_ = is_context_free();
+  if (substitutes_bytes_) ucnv_setSubstString(converter_.get(), &substitute_, 1, &status);
   check(status);
 }
 
@@ -179,7 +180,7 @@ void U_CALLCONV IcuConverter::substitute_output(const void* self, UConverterFrom
   converter->substituted_ = true;
   *status = U_ZERO_ERROR;
   const char16_t* replacement = &converter->substitute_;
-  if (converter->is_context_free())
+  if (converter->substitutes_bytes_)
     ucnv_cbFromUWriteSub(arguments, 0, status);
   else
     ucnv_cbFromUWriteUChars(arguments, &replacement, replacement + 1, 0, status);

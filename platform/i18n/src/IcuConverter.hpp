@@ -41,6 +41,7 @@ public:
 
   /// Whether it keeps no state from one character to the next.
   bool is_context_free() const noexcept;
+  bool is_single_byte() const noexcept { return ucnv_getMaxCharSize(converter_.get()) == 1; }
   UConverterType type() const noexcept { return ucnv_getType(converter_.get()); }
   bool has_substituted() const noexcept { return substituted_; }
 
@@ -68,6 +69,7 @@ private:
   std::unique_ptr<UConverter, Close> converter_;
   bool exchanges_controls_;
   char16_t substitute_;
+  bool substitutes_bytes_ = false;  // and not by conversion, again and again
   bool substituted_ = false;
 };
 

@@ -28,7 +28,7 @@ std::size_t put_characters(DirectCursor& c, const Utf8Block::Codes& codes, std::
 bool convert_dense(DirectCursor& c, const CodeTables& target) {
   while (c.left() >= Utf8Block::sight && c.room() >= Utf8Block::size * sizeof(std::uint32_t)) {
     const Utf8Block block(c.from);
-    if (!block.is_dense() || !block.is_simple()) break;
+    if ((target.is_superset_of_ascii() && !block.is_dense()) || !block.is_simple()) break;
     const std::size_t length = block.length();
     const std::size_t end = block.has_pairs_at_most()
                                 ? put_characters(c, block.decode_pairs(), block.starts(), length,
@@ -44,13 +44,14 @@ bool convert_dense(DirectCursor& c, const CodeTables& target) {
 }  // namespace
 
 DirectCursor convert_from_utf8(DirectCursor c, const CodeTables& target) {
-  return convert_by_steps(c, [&](DirectCursor& now) {
+  const bool keeps_ascii = target.is_superset_of_ascii();
+  return convert_by_steps(c, keeps_ascii, [&](DirectCursor& now) {
     const auto [code, length] = first_short_character(now.from);
     const auto cell = length == 0 ? 0 : target.unit(static_cast<char16_t>(code));
     if (cell == 0) return false;
     now.from += length;
     put(now, cell);
-    return now.from == now.end || byte_at(now.from, 0) < 0x80 || convert_dense(now, target);
+    return now.from == now.end || (keeps_ascii && byte_at(now.from, 0) < 0x80) || convert_dense(now, target);
   });
 }
 

@@ -21,11 +21,12 @@ inline void put(DirectCursor& c, std::uint32_t cell) {
 /// How many bytes a step looks at: at most a character of UTF-8 that the tables have, and its end in sight.
 constexpr std::size_t sight = 4;
 
-// Copies ASCII by blocks, and has `step` take what stands between, as long as it knows it.
+// Copies ASCII, if that is its own conversion, by blocks, and has `step` take what stands between, as long as it
+// knows it.
 template <class Step>
-DirectCursor convert_in_sight(DirectCursor c, Step step) {
+DirectCursor convert_in_sight(DirectCursor c, bool keeps_ascii, Step step) {
   while (c.left() >= sight && c.room() >= sizeof(std::uint32_t)) {
-    if (c.both() >= ascii_block) {
+    if (keeps_ascii && c.both() >= ascii_block) {
       const auto others = copy_block(c.from, c.to);
       c.advance(ascii_prefix(others));
       if (others == 0) {
@@ -37,7 +38,7 @@ DirectCursor convert_in_sight(DirectCursor c, Step step) {
     const char* const full = c.limit - sizeof(std::uint32_t);
     while (c.from <= pause && c.to <= full) {
       if (!step(c)) return c;
-      if (c.from < c.end && byte_at(c.from, 0) < 0x80) break;
+      if (keeps_ascii && c.from < c.end && byte_at(c.from, 0) < 0x80) break;
     }
   }
   return c;
@@ -46,8 +47,8 @@ DirectCursor convert_in_sight(DirectCursor c, Step step) {
 /// Converts as far as `step` knows the characters: it takes one or more from a cursor with `sight` left and room for
 /// a cell, or returns false.
 template <class Step>
-DirectCursor convert_by_steps(DirectCursor c, Step step) {
-  c = convert_in_sight(c, step);
+DirectCursor convert_by_steps(DirectCursor c, bool keeps_ascii, Step step) {
+  c = convert_in_sight(c, keeps_ascii, step);
   if (c.left() >= sight) return c;
   std::array<char, 2 * sight> padded{};  // with zeros, which belong to no character but themselves
   std::copy(c.from, c.end, padded.begin());

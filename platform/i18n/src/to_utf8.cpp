@@ -7,38 +7,54 @@ constexpr std::size_t stretch = 2 * ascii_block;
 
 using Singles = CodeTables::ByByte::Row;
 
-// Few characters that are not ASCII: the text behind each is copied whole, and again behind the next one.
-void put_sparse(DirectCursor& c, unsigned others, const Singles& singles) {
-  char* to = c.to;
+// Each puts a stretch, or what stands in front of a byte that is no character, and returns whether there is none.
+
+// With few characters that are not ASCII: the text behind each is copied whole, and again behind the next one.
+bool put_sparse(DirectCursor& c, unsigned others, const Singles& singles) {
+  const DirectCursor start = c;
   for (; others != 0; others &= others - 1) {
     const std::size_t at = first_of(others);
-    const auto cell = singles[byte_at(c.from, at)];
-    std::memcpy(to + at, &cell, sizeof(cell));
-    to += CodeTables::length(cell) - 1;
-    copy_block(c.from + at + 1, to + at + 1);
-    copy_block(c.from + at + 1 + ascii_block, to + at + 1 + ascii_block);
+    c.to += start.from + at - c.from;
+    c.from = start.from + at;
+    const auto cell = singles[byte_at(c.from, 0)];
+    if (cell == 0) return false;
+    put(c, cell);
+    ++c.from;
+    copy_block(c.from, c.to);
+    copy_block(c.from + ascii_block, c.to + ascii_block);
   }
-  c.from += stretch;
-  c.to = to + stretch;
+  c.advance(stretch - static_cast<std::size_t>(c.from - start.from));
+  return true;
 }
 
-void put_dense(DirectCursor& c, const Singles& singles) {
+bool put_dense(DirectCursor& c, const Singles& singles) {
+  DirectCursor now = c;
+  bool known = true;
 #pragma GCC unroll 32
-  for (std::size_t at = 0; at < stretch; ++at) put(c, singles[byte_at(c.from, at)]);
-  c.from += stretch;
+  for (std::size_t at = 0; at < stretch; ++at) {
+    const auto cell = singles[byte_at(now.from, 0)];
+    if (cell == 0) {
+      known = false;
+      break;
+    }
+    put(now, cell);
+    ++now.from;
+  }
+  c = now;
+  return known;
 }
 
-DirectCursor convert_stretches(DirectCursor c, const Singles& singles) {
-  while (c.left() >= 2 * stretch && c.room() >= stretch * sizeof(std::uint32_t)) {
+DirectCursor convert_stretches(DirectCursor c, bool keeps_ascii, const Singles& singles) {
+  for (bool known = true; known && c.left() >= 2 * stretch && c.room() >= stretch * sizeof(std::uint32_t);) {
     const auto low = copy_block(c.from, c.to), high = copy_block(c.from + ascii_block, c.to + ascii_block);
     const unsigned others = low | high << ascii_block;
-    if (others == 0) {
+    if (!keeps_ascii || are_dense(others)) {
+      known = put_dense(c, singles);
+    } else if (others == 0) {
       c.advance(stretch);
       c.advance(copy_long_run(c.from, c.both(), c.to));
-    } else if (are_dense(others)) {
-      put_dense(c, singles);
     } else {
-      put_sparse(c, others, singles);
+      known = put_sparse(c, others, singles);
     }
   }
   return c;
@@ -47,8 +63,9 @@ DirectCursor convert_stretches(DirectCursor c, const Singles& singles) {
 }  // namespace
 
 DirectCursor convert_to_utf8(DirectCursor c, const CodeTables& source) {
-  if (source.has_only_singles()) c = convert_stretches(c, source.singles());
-  return convert_by_steps(c, [&](DirectCursor& now) {
+  const bool keeps_ascii = source.is_superset_of_ascii();
+  if (source.is_single_byte()) c = convert_stretches(c, keeps_ascii, source.singles());
+  return convert_by_steps(c, keeps_ascii, [&](DirectCursor& now) {
     const auto first = byte_at(now.from, 0);
     auto cell = source.singles()[first];
     std::size_t length = 1;
