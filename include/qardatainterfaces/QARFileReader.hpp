@@ -9,6 +9,7 @@
 namespace Korvane::qardatainterfaces {
 
 class InputFile;
+class FilePath;
 enum class FileKind : bool;
 
 /// The content of one file, in chunks of the caller's size or whole. Made by a `QARFileReaderFactory`.
@@ -90,7 +91,7 @@ public:
 
 protected:
   /// Opens `path`, which must be of that kind.
-  [[gnu::visibility("hidden")]] QARFileReader(const std::u16string& path, FileKind kind);
+  [[gnu::visibility("hidden")]] QARFileReader(const FilePath& path, FileKind kind);
 
   /// The path as given; empty without one.
   std::u16string path_;

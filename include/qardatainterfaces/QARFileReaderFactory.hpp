@@ -15,6 +15,7 @@ class InputStream;
 
 namespace Korvane::qardatainterfaces {
 
+class FilePath;
 class QARFileHandler;
 
 /// Picks the reader for each path, and the transform that goes with it.
@@ -63,7 +64,7 @@ public:
   bool willBeTransformed(const std::u16string& path);
 
 private:
-  [[gnu::visibility("hidden")]] QARTransform* transformFor(const std::u16string& path) const;
+  [[gnu::visibility("hidden")]] QARTransform* transformFor(const FilePath& path) const;
 
   std::vector<boost::shared_ptr<QARFileHandler>> handlers_;
 };

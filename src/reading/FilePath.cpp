@@ -14,7 +14,8 @@ bool isRoot(std::u16string_view path) {
 
 }  // namespace
 
-FilePath::FilePath(std::u16string_view path) noexcept : path_(path.substr(0, path.find(u'\0'))) {
+FilePath::FilePath(const std::u16string& path) noexcept
+    : given_(path), path_(std::u16string_view(path).substr(0, path.find(u'\0'))) {
   constexpr std::u16string_view mark = u"//:";
   if (path_.substr(0, mark.size()) == mark) path_.remove_prefix(mark.size());
 }
@@ -31,6 +32,11 @@ std::u16string_view FilePath::lastElement() const noexcept {
   return path_.substr(path_.rfind(u'/') + 1);  // the whole path without a separator: npos + 1 is 0
 }
 
-std::string FilePath::native() const { return ku::filesystem::detail::make_native_form(std::u16string(path_)); }
+const std::string& FilePath::native() const {
+  using ku::filesystem::detail::make_native_form;
+  if (!native_)
+    native_ = path_.size() == given_.size() ? make_native_form(given_) : make_native_form(std::u16string(path_));
+  return *native_;
+}
 
 }  // namespace Korvane::qardatainterfaces

@@ -26,13 +26,13 @@ auto uninterrupted(Call call) {
   return result;
 }
 
-int open(const std::u16string& path, FileKind kind) {
+int open(const FilePath& path, FileKind kind) {
   // Not to wait for the writer of a FIFO, nor to become a terminal's process, if the file was swapped.
   constexpr int wary = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
   try {
-    const auto native = FilePath(path).native();
+    const char* const native = path.native().c_str();
     return uninterrupted(
-        [&] { return ::open(native.c_str(), O_RDONLY | O_CLOEXEC | (kind == FileKind::regular ? wary : 0)); });
+        [&] { return ::open(native, O_RDONLY | O_CLOEXEC | (kind == FileKind::regular ? wary : 0)); });
   } catch (const ku::i18n::CvtExceptionBase&) {
     return -1;
   }
@@ -40,7 +40,7 @@ int open(const std::u16string& path, FileKind kind) {
 
 }  // namespace
 
-InputFile::InputFile(const std::u16string& path, FileKind kind) : handle_(open(path, kind)) {
+InputFile::InputFile(const FilePath& path, FileKind kind) : handle_(open(path, kind)) {
   struct stat found {};
   if (isOpen() && ::fstat(handle_, &found) == 0) {
     regular_ = S_ISREG(found.st_mode);

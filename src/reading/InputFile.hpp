@@ -11,6 +11,7 @@
 namespace Korvane::qardatainterfaces {
 
 class ByteBuffer;
+class FilePath;
 
 /// What may be opened: anything but a directory, or only what is a regular file itself, no link to one.
 enum class FileKind : bool { any, regular };
@@ -19,7 +20,7 @@ enum class FileKind : bool { any, regular };
 class InputFile {
 public:
   /// Does not throw for a file that cannot be opened: it is then not open and not good.
-  InputFile(const std::u16string& path, FileKind kind);
+  InputFile(const FilePath& path, FileKind kind);
   ~InputFile();
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;

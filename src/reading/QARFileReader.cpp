@@ -1,5 +1,6 @@
 #include <qardatainterfaces/QARFileReader.hpp>
 
+#include "FilePath.hpp"
 #include "InputFile.hpp"
 
 #include <ku/i18n/to_string.hpp>
@@ -10,10 +11,10 @@ namespace Korvane::qardatainterfaces {
 
 QARFileReader::QARFileReader() = default;
 
-QARFileReader::QARFileReader(const std::u16string& path) : QARFileReader(path, FileKind::any) {}
+QARFileReader::QARFileReader(const std::u16string& path) : QARFileReader(FilePath(path), FileKind::any) {}
 
-QARFileReader::QARFileReader(const std::u16string& path, FileKind kind)
-    : path_(path), stream_(std::make_unique<InputFile>(path, kind)) {
+QARFileReader::QARFileReader(const FilePath& path, FileKind kind)
+    : path_(path.given()), stream_(std::make_unique<InputFile>(path, kind)) {
   using qar::qardatainterfaces::QARDATAINTERFACES_FILE_OPEN_FAILED;
   if (!stream_->good())
     throw rtxi18nutil::DeployedException(

@@ -27,15 +27,15 @@ namespace messages = qar::qardatainterfaces;
 using ku::i18n::to_string;
 using rtxi18nutil::DeployedException;
 
-[[noreturn]] void raiseStatusFailure(const std::u16string& path, const boost::system::error_code& error) {
-  throw fs::filesystem_error("boost::filesystem::is_symlink", to_string(path), error);
+[[noreturn]] void raiseStatusFailure(const FilePath& path, const boost::system::error_code& error) {
+  throw fs::filesystem_error("boost::filesystem::is_symlink", to_string(path.given()), error);
 }
 
 // Of a path that is no link, this one query tells all: whether it exists, and whether it is a regular file.
-fs::file_type typeOf(const std::u16string& path) {
+fs::file_type typeOf(const FilePath& path) {
   try {
     boost::system::error_code error;
-    const auto type = fs::symlink_status(FilePath(path).native(), error).type();
+    const auto type = fs::symlink_status(path.native(), error).type();
     if (type == fs::status_error) raiseStatusFailure(path, error);
     return type;
   } catch (const ku::i18n::CvtExceptionBase&) {
@@ -43,7 +43,7 @@ fs::file_type typeOf(const std::u16string& path) {
   }
 }
 
-std::unique_ptr<QARFileReader> makeReader(const std::u16string& path, FileKind kind, QARTransform* transform) {
+std::unique_ptr<QARFileReader> makeReader(const FilePath& path, FileKind kind, QARTransform* transform) {
   if (transform != nullptr) return std::make_unique<QARFileReaderWithTransform>(path, kind, *transform);
   return std::make_unique<QARFileReaderWithoutTransform>(path, kind);
 }
@@ -60,30 +60,33 @@ void QARFileReaderFactory::addFileTypeHandler(const std::vector<std::u16string>&
 }
 
 std::unique_ptr<QARFileReader> QARFileReaderFactory::getReader(const std::u16string& path) {
-  switch (typeOf(path)) {
+  const FilePath file(path);
+  switch (typeOf(file)) {
     case fs::symlink_file: return std::make_unique<QARSymbolicLinkReader>(path);
-    case fs::regular_file: return makeReader(path, FileKind::regular, transformFor(path));
+    case fs::regular_file: return makeReader(file, FileKind::regular, transformFor(file));
     case fs::file_not_found: throw DeployedException(messages::QARDATAINTERFACES_FILE_NOT_EXIST(to_string(path)));
     default: throw DeployedException(messages::QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED(to_string(path)));
   }
 }
 
 std::unique_ptr<QARFileReader> QARFileReaderFactory::getRuntimeReader(const std::u16string& path) {
-  return makeReader(path, FileKind::any, transformFor(path));
+  const FilePath file(path);
+  return makeReader(file, FileKind::any, transformFor(file));
 }
 
 std::unique_ptr<QARFileReader> QARFileReaderFactory::getReader(const std::u16string& path, opc::InputStream& stream) {
-  if (auto* const transform = transformFor(path))
+  if (auto* const transform = transformFor(FilePath(path)))
     return std::make_unique<QARFileReaderWithTransform>(stream, *transform);
   return std::make_unique<QARFileReaderWithoutTransform>(stream);
 }
 
-bool QARFileReaderFactory::willBeTransformed(const std::u16string& path) { return transformFor(path) != nullptr; }
+bool QARFileReaderFactory::willBeTransformed(const std::u16string& path) {
+  return transformFor(FilePath(path)) != nullptr;
+}
 
-QARTransform* QARFileReaderFactory::transformFor(const std::u16string& path) const {
-  const FilePath file(path);
+QARTransform* QARFileReaderFactory::transformFor(const FilePath& path) const {
   for (const auto& handler : handlers_)
-    if (auto* const transform = handler->getTransform(file)) return transform;
+    if (auto* const transform = handler->getTransform(path)) return transform;
   return nullptr;
 }
 

@@ -12,8 +12,7 @@
 
 namespace Korvane::qardatainterfaces {
 
-QARFileReaderWithTransform::QARFileReaderWithTransform(const std::u16string& path, FileKind kind,
-                                                       QARTransform& transform)
+QARFileReaderWithTransform::QARFileReaderWithTransform(const FilePath& path, FileKind kind, QARTransform& transform)
     : QARFileReader(path, kind), transform_(transform) {}
 
 QARFileReaderWithTransform::QARFileReaderWithTransform(opc::InputStream& in, QARTransform& transform)

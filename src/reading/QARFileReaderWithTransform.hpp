@@ -14,7 +14,7 @@ class QARTransform;
 class QARFileReaderWithTransform final : public QARFileReader {
 public:
   /// Requires: `transform` outlives the reader.
-  QARFileReaderWithTransform(const std::u16string& path, FileKind kind, QARTransform& transform);
+  QARFileReaderWithTransform(const FilePath& path, FileKind kind, QARTransform& transform);
   QARFileReaderWithTransform(opc::InputStream& in, QARTransform& transform);
 
   const char* getTransformId() override;

@@ -9,7 +9,7 @@
 
 namespace Korvane::qardatainterfaces {
 
-QARFileReaderWithoutTransform::QARFileReaderWithoutTransform(const std::u16string& path, FileKind kind)
+QARFileReaderWithoutTransform::QARFileReaderWithoutTransform(const FilePath& path, FileKind kind)
     : QARFileReader(path, kind) {
   more_ = true;
 }

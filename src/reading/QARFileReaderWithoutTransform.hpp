@@ -11,7 +11,7 @@ namespace Korvane::qardatainterfaces {
 /// Delivers the bytes of a file, or of a caller's stream, as they are.
 class QARFileReaderWithoutTransform final : public QARFileReader {
 public:
-  QARFileReaderWithoutTransform(const std::u16string& path, FileKind kind);
+  QARFileReaderWithoutTransform(const FilePath& path, FileKind kind);
   explicit QARFileReaderWithoutTransform(opc::InputStream& in);
 
   const char* getTransformId() override;
