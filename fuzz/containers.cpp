@@ -2,6 +2,7 @@
 
 #include "input.hpp"
 
+#include <ku/filesystem/process_code_traits.hpp>
 #include <ku/i18n/MessageCatalog.hpp>
 #include <ku/i18n/to_string.hpp>
 #include <qar/qardatainterfaces/messages.hpp>
@@ -24,7 +25,7 @@ void check_catalogue(Input& input) {
   while (!input.empty()) {
     const auto action = input.number();
     const auto name = input.name(3), other = input.name(3);
-    switch (action % 5) {
+    switch (action % 6) {
       case 0:
         files[name] = {other, action > 99};
         require(data.addFileMapEntry(name, other, action > 99) == files.size());
@@ -42,6 +43,7 @@ void check_catalogue(Input& input) {
         paths.push_back(name);
         require(data.addTarvoPathEntry(name) == paths.size() && data.addClassPathEntry(name) == paths.size());
         break;
+      case 4: data = QARData(data); break;
       default: require(data.existEntry(name) == (files.count(name) == 1));
     }
   }
@@ -54,16 +56,22 @@ void check_catalogue(Input& input) {
 void check_messages(Input& input) {
   static const char* const languages[] = {"C", "de", "es", "fr", "ja", "zh", "xx"};
   const ku::i18n::ZrLocale locale(languages[input.number() % std::size(languages)]);
-  const auto path = input.name(200);
-  const qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST id(ku::i18n::to_string(path));
-  const auto message = ku::i18n::MessageCatalog::get_message(id, locale);
-  const auto plain = ku::i18n::MessageCatalog::get_message(
-      qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST(std::string()), locale);
-  require(message.size() == plain.size() + path.size() || path.find_first_of(u"\xD800") != path.npos ||
-          std::any_of(path.begin(), path.end(), [](char16_t unit) { return (unit & 0xF800) == 0xD800; }));
   ku::i18n::ZrLocale::global(locale);
-  const std::string what = Korvane::rtxi18nutil::DeployedException(id).what();
-  require(what != id.name() && what.size() >= plain.size());
+  const auto message = [&](const std::string& path, const std::string& reason) {
+    const qar::qardatainterfaces::QARDATAINTERFACES_FILE_OPEN_FAILED id(path, reason);
+    const auto text = ku::i18n::MessageCatalog::get_message(id, locale);
+    auto whole = text;
+    std::replace(whole.begin(), whole.end(), u'\0', u'\uFFFD');
+    require(Korvane::rtxi18nutil::DeployedException(id).what() == ku::i18n::to_string(whole));
+    return text;
+  };
+  const std::string arguments[] = {ku::i18n::to_string(input.name(200)), ku::i18n::to_string(input.name(200))};
+  auto expected = message("\1", "\2");
+  require(expected.find(u'\1') < expected.find(u'\2') && expected.find(u'\2') != expected.npos);
+  for (auto at = expected.size(); at-- > 0;)
+    if (expected[at] == u'\1' || expected[at] == u'\2')
+      expected.replace(at, 1, ku::filesystem::detail::process_code_traits::to_internal(arguments[expected[at] - 1]));
+  require(message(arguments[0], arguments[1]) == expected);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Runs a target on the files of its corpus, without the fuzzer.
+// Runs a target on all files of some folders, without the fuzzer.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,14 +10,15 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-int main(int, char** arguments) {
+int main(int, char** folders) {
   std::size_t inputs = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(arguments[1])) {
-    std::ifstream file(entry.path(), std::ios::binary);
-    const std::vector<char> bytes(std::istreambuf_iterator<char>(file), {});
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-    ++inputs;
-  }
+  while (*++folders != nullptr)
+    for (const auto& entry : std::filesystem::directory_iterator(*folders)) {
+      std::ifstream file(entry.path(), std::ios::binary);
+      const std::vector<char> bytes(std::istreambuf_iterator<char>(file), {});
+      LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+      ++inputs;
+    }
   std::printf("%zu inputs\n", inputs);
   return inputs > 0 ? 0 : 1;
 }
