@@ -3,17 +3,23 @@
 #include "support/TemporaryDirectory.hpp"
 #include "support/content.hpp"
 
+#include <ku/i18n/MessageCatalog.hpp>
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
 #include <qar/qardatainterfaces/messages.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
+#include <qardatainterfaces/QARContext.hpp>
+#include <qardatainterfaces/QARData.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
 #include <atomic>
+#include <clocale>
 #include <cstdio>
+#include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <thread>
@@ -21,6 +27,25 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which have these functions themselves
+#define HAS_READS 1
+std::function<void()> before_each_read = [] {};
+#pragma GCC visibility push(default)
+extern "C" {
+ssize_t read(int handle, void* to, size_t size) {
+  before_each_read();
+  return ::syscall(SYS_read, handle, to, size);
+}
+ssize_t pread(int handle, void* to, size_t size, off_t at) {
+  before_each_read();
+  return ::syscall(SYS_pread64, handle, to, size, at);
+}
+}
+#pragma GCC visibility pop
+#endif
 
 namespace Korvane::qardatainterfaces {
 namespace {
@@ -74,6 +99,33 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
   EXPECT_GE(outcomes.size(), 3U) << "hardly a race";
 }
 
+#if HAS_READS
+TEST(Races, FilesMayGrowAndShrinkAndVanishAtEachRead) {
+  const TemporaryDirectory directory;
+  QARFileReaderFactory factory;
+  const auto content = pattern(300000);
+  const std::size_t sizes[] = {0, 1, 65536, 70000, 200000, 300000};
+  std::size_t reads = 0, shortest = ~0UL, longest = 0;
+  for (unsigned long first = 0; first < 6; ++first)
+    for (unsigned long step = 1; step < 12; ++step)
+      for (const unsigned int chunk_size : {0U, 1000U, 50000U, 100000U}) {
+        const auto reader = factory.getReader(directory.file("name", content.substr(0, sizes[first])));
+        before_each_read = [&, next = first]() mutable {
+          next += step;
+          if (++reads % 13 == 0) std::filesystem::remove(directory.native("name"));  // the reader keeps the old one
+          directory.file("name", content.substr(0, sizes[next % 6]));
+        };
+        std::string all = chunk_size == 0 ? text(reader->readAll()) : "";
+        while (chunk_size > 0 && reader->more()) all += chunk(*reader, chunk_size);
+        before_each_read = [] {};
+        ASSERT_TRUE(content.compare(0, all.size(), all) == 0) << first << ' ' << step << ' ' << chunk_size;
+        shortest = std::min(shortest, all.size()), longest = std::max(longest, all.size());
+      }
+  std::printf("%zu reads\n", reads);
+  EXPECT_TRUE(shortest == 0 && longest == content.size()) << shortest << ' ' << longest;
+}
+#endif
+
 // Runs `task` in many threads at once, from the very first call on, while the locale of the process changes.
 template <class Task>
 void together(Task task) {
@@ -87,7 +139,10 @@ void together(Task task) {
   std::thread setter([&] {
     using ku::i18n::ZrLocale;
     const ZrLocale locales[] = {ZrLocale("de_DE.UTF-8"), ZrLocale("ja_JP.UTF-8")};
-    for (std::size_t i = 0; !done; ++i) ZrLocale::global(locales[i % 2]);
+    for (std::size_t i = 0; !done; ++i) {
+      ZrLocale::global(locales[i % 2]);
+      std::setlocale(LC_ALL, i % 2 == 0 ? "C" : "C.UTF-8");
+    }
   });
   go = true;
   for (auto& thread : threads) thread.join();
@@ -116,30 +171,62 @@ TEST(Threads, ShareAFactoryAndItsTransforms) {
 }
 
 TEST(Threads, ShareOneTransformOfEachEncoding) {
-  LCPToUTF8Transform transform;
+  LCPToUTF8Transform decoding;
+  UTF8ToLCPTransform encoding;
   using ku::i18n::codecvt_string_to_ustring;
   const char* const encodings[] = {"KOI8-R", "SJIS", "GB18030", "ISO-8859-5"};
   std::string all = pattern(256);
   all.erase(0x80);
   together([&](int i) {
-    QARByteArray out;
-    QARMetaData meta;
-    transform.transform(QARByteArray(all), out, meta);
-    EXPECT_EQ(text(out), all);
+    for (QARTransform* const transform :
+         {static_cast<QARTransform*>(&decoding), static_cast<QARTransform*>(&encoding)}) {
+      QARByteArray out;
+      QARMetaData meta;
+      transform->transform(QARByteArray(all), out, meta);
+      EXPECT_EQ(text(out), all);
+      EXPECT_TRUE(transform->getId() == std::string() && !transform->isSetup());
+      EXPECT_TRUE(transform->allowZeroLengthInputFiles() && !transform->allowZeroLengthOutputFiles());
+    }
     EXPECT_EQ(codecvt_string_to_ustring(encodings[i % 4], true).convert(all.data(), 0x41),  // up to '@'
               std::u16string(all.begin(), all.begin() + 0x41));
     EXPECT_EQ(ku::i18n::to_string(u"\u00E4"), ku::i18n::to_string(u"\u00E4"));
   });
 }
 
-TEST(Threads, ReadWhatIsConstant) {
+TEST(Threads, ShareIdsAndLocales) {
+  const qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST id("path");
+  const ku::i18n::ZrLocale locales[] = {ku::i18n::ZrLocale("C"), ku::i18n::ZrLocale("es"), ku::i18n::ZrLocale("zh")};
+  together([&](int i) {
+    const auto text = ku::i18n::MessageCatalog::get_message(id, locales[i % 3]);
+    EXPECT_NE(text.find(u"path"), text.npos);
+    EXPECT_NE(std::string(DeployedException(id).what()).find("path"), std::string::npos);
+    EXPECT_EQ(ku::i18n::ZrLocale::global().encoding(), "UTF-8");
+  });
+}
+
+TEST(Threads, ReadWhatIsConstantAndHaveTheirOwn) {
   const QARByteArray bytes(std::string("bytes"));
   const QARMetaData meta(false, "user data");
+  const QARRecordData record(u"name", true, "user data");
   const DeployedException error((qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST("path")));
+  const ku::i18n::CvtInvalidCharacter invalid;
+  const ku::i18n::codecvt_ascii_to_ustring widener;
   together([&](int) {
     EXPECT_TRUE(QARByteArray(bytes) == bytes);
     EXPECT_EQ(QARMetaData(meta).getUserData(), "user data");
+    EXPECT_EQ(QARRecordData(record).getName(), u"name");
     EXPECT_STREQ(DeployedException(error).what(), error.what());
+    EXPECT_STREQ(ku::i18n::CvtInvalidCharacter(invalid).what(), invalid.what());
+    EXPECT_EQ(widener.convert("path", 4), u"path");
+    QARContext context;
+    context.setTarvoKey(bytes);
+    EXPECT_TRUE(QARContext(context).getTarvoKey() == bytes);
+    QARData data;
+    data.addFileMapEntry(u"entry", u"name", true);
+    EXPECT_TRUE(QARData(data).existEntry(u"entry"));
+    QARFileReaderFactory factory;
+    factory.addFileTypeHandler({u".t"}, new LCPToUTF8Transform);
+    EXPECT_TRUE(factory.willBeTransformed(u"x.t"));
   });
 }
 
