@@ -55,15 +55,6 @@ InputFile::~InputFile() {
   if (isOpen()) ::close(handle_);
 }
 
-std::string InputFile::stateText() const {
-  std::string text;
-  if (!isOpen()) text += "file is closed.";
-  if (state_ & std::ios_base::failbit) text += "failbit is set.";
-  if (state_ & std::ios_base::eofbit) text += "eofbit is set.";
-  if (state_ & std::ios_base::badbit) text += "badbit is set.";
-  return text;
-}
-
 std::uint32_t InputFile::readOn(unsigned char* to, std::uint32_t size) {
   if (!good()) return 0;
   std::uint32_t placed = takeBuffered(to, std::min(size, filled_ - next_));
@@ -119,7 +110,7 @@ bool InputFile::fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept 
     if (result <= 0) break;
     count += static_cast<std::uint64_t>(result);
     // The end, seen without another call; of a file that tells its size, where a short count means nothing else.
-    if (regular_ && size_ > 0 && count >= size_ && count < bytes.capacity()) break;
+    if (size_ > 0 && count >= size_ && count < bytes.capacity()) break;
   }
   return good();
 }

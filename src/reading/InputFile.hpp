@@ -19,17 +19,14 @@ enum class FileKind : bool { any, regular };
 /// An open file that is read as a standard binary input stream is, and whose state is one.
 class InputFile {
 public:
-  /// Does not throw for a file that cannot be opened: it is then not open and not good.
+  /// Does not throw for a file that cannot be opened: it is then not open, and the failure bit is set, no other.
   InputFile(const FilePath& path, FileKind kind);
   ~InputFile();
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
 
-  bool isOpen() const noexcept { return handle_ >= 0; }
   bool good() const noexcept { return state_ == std::ios_base::goodbit; }
   bool atEnd() const noexcept { return (state_ & std::ios_base::eofbit) != 0; }
-  /// What keeps the state from being good, in words.
-  std::string stateText() const;
 
   /// Reads on, up to `size` bytes. Fewer: the end was met, or the file could not be read, and the state tells.
   std::uint32_t read(unsigned char* to, std::uint32_t size) {
@@ -41,6 +38,7 @@ public:
   void readWhole(QARByteArray& content);
 
 private:
+  bool isOpen() const noexcept { return handle_ >= 0; }
   // Small chunks come one after another, and a call would be most of their time.
   std::uint32_t takeBuffered(unsigned char* to, std::uint32_t size) noexcept {
     std::copy_n(buffer_.get() + next_, size, to);

@@ -18,7 +18,7 @@ QARFileReader::QARFileReader(const FilePath& path, FileKind kind)
   using qar::qardatainterfaces::QARDATAINTERFACES_FILE_OPEN_FAILED;
   if (!stream_->good())
     throw rtxi18nutil::DeployedException(
-        QARDATAINTERFACES_FILE_OPEN_FAILED(ku::i18n::to_string(path_), stream_->stateText()));
+        QARDATAINTERFACES_FILE_OPEN_FAILED(ku::i18n::to_string(path_), "file is closed.failbit is set."));
 }
 
 QARFileReader::~QARFileReader() = default;
@@ -47,7 +47,7 @@ int QARFileReader::lastError() { return lastError_; }
 bool QARFileReader::readSucceeded() { return lastError_ == 0; }
 
 int QARFileReader::ready() {
-  if (!stream_ || !stream_->isOpen()) return not_open;
+  if (!stream_) return not_open;
   return stream_->good() ? 0 : not_good;
 }
 

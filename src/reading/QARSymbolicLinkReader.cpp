@@ -3,8 +3,6 @@
 #include "FilePath.hpp"
 #include "types/ByteBuffer.hpp"
 
-#include <ku/i18n/codecvt.hpp>
-
 #include <algorithm>
 
 #include <sys/stat.h>
@@ -38,10 +36,7 @@ unsigned int QARSymbolicLinkReader::read(void* buffer, unsigned int size) {
 }
 
 QARByteArray& QARSymbolicLinkReader::readAll(QARMetaData&) {
-  try {
-    readLink(FilePath(linkPath_).native(), content_);
-  } catch (const ku::i18n::CvtExceptionBase&) {  // no such link, then
-  }
+  readLink(FilePath(linkPath_).native(), content_);
   return content_;
 }
 

@@ -77,14 +77,14 @@ public:
     done_ = isDone;
   }
 
-  /// Whether what has been taken, has been given whole.
-  bool isBetweenCharacters() { return !hasMore_ && stage_.converter().is_between_characters(); }
+  /// Whether what has been taken, has been given whole; where there is a direct way. A block holds what `most` bytes
+  /// become, at a unit a byte, in all encodings that have one.
+  bool isBetweenCharacters() { return stage_.converter().is_between_characters(); }
 
   /// The next part of the text, of at most `most` bytes.
   std::u16string_view next(std::size_t most) {
     const std::size_t count = std::min(most, left_);
     const auto step = stage_.convert(next_, count, count == left_, block_.data(), block_.size());
-    hasMore_ = !step.done;
     skip(step.taken, step.done && step.taken == left_);
     return {block_.data(), step.placed};
   }
@@ -102,7 +102,6 @@ private:
   std::size_t size_;
   std::size_t left_;
   bool done_ = false;
-  bool hasMore_ = false;
   std::array<char16_t, Pace::most> block_;
 };
 
@@ -116,15 +115,15 @@ public:
     const auto& decoder = source_.stage().converter();
     const auto& encoder = stage_.converter();
     const std::size_t start = source_.taken();
-    do {
+    for (;;) {
       stage_.attempt([&] { makeRoom(); });
-      if (!source_.isBetweenCharacters()) break;
+      if (!source_.isBetweenCharacters()) return source_.taken() - start;
       const auto text = source_.rest();
       const auto step = convert_directly(decoder, encoder, text.data(), text.size(), free(), room());
       source_.skip(step.taken, step.done);
       size_ += step.placed;
-    } while (!source_.done() && room() < least_room);
-    return source_.taken() - start;
+      if (source_.done() || room() >= least_room) return source_.taken() - start;
+    }
   }
 
   void put(std::u16string_view text, bool last) {

@@ -17,8 +17,6 @@ public:
 
   explicit Encoding(const char* canonical_name);
 
-  const std::string& name() const noexcept { return name_; }
-
   std::unique_ptr<IcuConverter> make_converter(bool tolerant) const;
 
   bool is_utf8() const noexcept { return is_utf8_; }
