@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool stalls = idle >= 100;
   HostileStream::Manners manners{1 + input.number() * 40UL, idle, false, ~0UL};
   if (const auto at = input.number(); at > 0) manners.throws_at = at * 50;
-  const auto content = pattern(input.number() * 200);
+  const auto content = pattern(input.number() * manners.most / 8);  // of not too many reads
   HostileStream stream(content, manners);
   const auto reader = factory.getReader(transforms ? u"x.t" : u"x", stream);
   std::string seen;
