@@ -29,10 +29,12 @@ TEST(Unusual, ReaderOfAProgramsOwnReadsALargeFile) {
 }
 
 TEST(Unusual, ProcessCodeIsNoSupersetOfAscii) {
-  in_environment({{"LC_ALL", "en_US.IBM-037"}}, [] {
-    EXPECT_EQ(ku::i18n::to_string(u"ab"), "\x81\x82");
-    EXPECT_EQ(ku::filesystem::detail::process_code_traits::to_internal("\x81\x82"), u"ab");
-  });
+  const std::map<std::string, std::string> names{{"en_US.IBM-037", "\x81\x82"}, {"ja_JP.ISO-2022-JP", "ab"}};
+  for (const auto& name : names)
+    in_environment({{"LC_ALL", name.first}}, [&] {
+      EXPECT_EQ(ku::i18n::to_string(u"ab"), name.second);
+      EXPECT_EQ(ku::filesystem::detail::process_code_traits::to_internal(name.second), u"ab");
+    });
 }
 
 // Where a byte becomes two units, a block of the decoder can be full before its last byte is.
