@@ -2,7 +2,8 @@
 """Changes one condition, constant or statement of the library at a time, in a copy of the tree, and tells which
 changes the fast tests do not notice.
 
-usage: mutate.py COPY LIMIT [SEED]     COPY is a configured tree, built in COPY/build/gcc
+usage: mutate.py COPY LIMIT [SEED|RESULTS]     COPY is a configured tree, built in COPY/build/gcc; RESULTS, what an
+                                               earlier run printed, of which the same changes are made again
 """
 import pathlib
 import random
@@ -43,28 +44,40 @@ def passes(*command, limit=300):
         return False
 
 
+def describe(tree, path, number, line, changed):
+    return f"{path.relative_to(tree)}:{number + 1}: {line.strip()}  ->  {changed.strip()}"
+
+
+def chosen(tree, choice):
+    every = list(mutants(tree))
+    if pathlib.Path(choice).is_file():
+        wanted = {line.split(" ", 1)[1] for line in pathlib.Path(choice).read_text().splitlines() if "  ->  " in line}
+        return [mutant for mutant in every if describe(tree, *mutant) in wanted]
+    random.Random(int(choice)).shuffle(every)
+    return every
+
+
 def main():
     tree, limit = pathlib.Path(sys.argv[1]), int(sys.argv[2])
-    every = list(mutants(tree))
-    random.Random(int(sys.argv[3]) if len(sys.argv) > 3 else 1).shuffle(every)
+    every = chosen(tree, sys.argv[3] if len(sys.argv) > 3 else "1")
     build = str(tree / "build/gcc")
-    caught, survivors, invalid = 0, [], 0
+    counts = dict(caught=0, survived=0, invalid=0)
     for path, number, line, changed in every:
-        if caught + len(survivors) == limit:
+        if counts["caught"] + counts["survived"] == limit:
             break
         text = path.read_text()
         lines = text.split("\n")
         lines[number] = changed
         path.write_text("\n".join(lines))
         if not passes("cmake", "--build", build):
-            invalid += 1
-        elif passes("ctest", "--test-dir", build, *TESTS):
-            survivors.append(f"{path.relative_to(tree)}:{number + 1}: {line.strip()}  ->  {changed.strip()}")
-            print("survived", survivors[-1], flush=True)
+            verdict = "invalid"
         else:
-            caught += 1
+            verdict = "survived" if passes("ctest", "--test-dir", build, *TESTS) else "caught"
         path.write_text(text)
-    print(f"{caught} caught, {len(survivors)} survived, {invalid} did not compile, of {len(every)} possible")
+        counts[verdict] += 1
+        if verdict != "invalid":
+            print(verdict, describe(tree, path, number, line, changed), flush=True)
+    print(", ".join(f"{count} {verdict}" for verdict, count in counts.items()), f"of {len(every)} possible")
 
 
 main()

@@ -150,7 +150,7 @@ table '' 0 "plain - 4296015872 4296015872 ok $sparse" "$sparse"
 # A walk that takes long shows how far it has come, and leaves no trace of that.
 case='progress'
 mkdir slow quiet && mkfifo {slow,quiet}/1
-(sleep 0.7; echo >slow/1; echo >quiet/1) &
+timeout 10 bash -c 'sleep 0.7; echo >slow/1; echo >quiet/1' &  # in vain, should nobody open them
 "$program" -r --runtime quiet >/dev/null 2>"$work/err" &
 script -qec "$program -r --runtime slow >content" /dev/null </dev/null >"$work/out"
 wait
