@@ -1,0 +1,126 @@
+// What a transcript cannot say.
+
+#include "support/ScriptedTransform.hpp"
+#include "support/TemporaryDirectory.hpp"
+
+#include <qardatainterfaces/QARFileReaderFactory.hpp>
+
+#include <random>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+class FileReaders : public testing::Test {
+protected:
+  const TemporaryDirectory directory;
+  QARFileReaderFactory factory;
+};
+
+TEST_F(FileReaders, JudgeEmptyContentAndFailuresOfTheTransform) {
+  constexpr int bad = QARFileReader::transform_failed, empty = QARFileReader::zero_length;
+  constexpr struct {
+    const char* content;
+    bool empty_input, empty_output, result;
+    const char* output;
+    int error, error_of_qvz;
+  } cases[] = {{"in", true, true, true, "out", 0, 0},       {"in", true, true, true, "", 0, 0},
+               {"in", true, false, true, "", bad, bad},     {"in", true, true, false, "", bad, empty},
+               {"in", true, true, false, "left", bad, bad}, {"", true, false, true, "out", 0, 0},
+               {"", false, true, true, "out", empty, empty}};
+  for (const auto& row : cases)
+    for (const std::string name : {"a.x", "a.qvz", ".qvz", "\xC3\xBC.xqvz"})
+      for (const bool whole : {false, true}) {
+        SCOPED_TRACE(testing::Message() << name << " of case " << &row - cases << ", whole: " << whole);
+        const auto answer = [&](const QARByteArray&, QARByteArray& out, QARMetaData&) {
+          if (*row.output != 0) out = std::string(row.output);
+          return row.result;
+        };
+        auto* const transform = new ScriptedTransform(answer, row.empty_input, row.empty_output);
+        QARFileReaderFactory transforming;
+        transforming.addFileTypeHandler({u".x", u".qvz", u".xqvz"}, transform);
+        const auto reader = transforming.getReader(directory.file(name, row.content));
+        const auto got = whole ? text(reader->readAll()) : chunk(*reader, 99);
+        const auto& input = name == "a.x" ? row.content : directory.native(name);
+        const std::vector<std::string> inputs(*row.content == 0 ? 0 : 1, input);
+        const int error = name == "a.x" ? row.error : row.error_of_qvz;
+        EXPECT_EQ(got, error != 0 && !whole ? refused : inputs.empty() ? "" : row.output);
+        EXPECT_EQ(reader->lastError(), error);
+        EXPECT_EQ(reader->more(), whole && error == 0 && got == "out");
+        EXPECT_EQ(transform->inputs, inputs);
+      }
+}
+
+TEST_F(FileReaders, MixChunksAndWholeReadsAtRandom) {
+  constexpr unsigned int sizes[] = {1, 7, 4096, 65536, 65537, 200000};
+  std::minstd_rand random(20);
+  for (const std::size_t length : {1U, 8192U, 65535U, 65536U, 131072U, 1000003U}) {
+    const auto content = pattern(length);
+    const auto reader = factory.getReader(directory.file("file", content));
+    std::size_t place = 0;
+    std::string whole;
+    while (reader->more()) {
+      SCOPED_TRACE(testing::Message() << length << " at " << place);
+      if (random() % 4 == 0) whole = text(reader->readAll());
+      const auto size = static_cast<unsigned int>(sizes[random() % std::size(sizes)] - random() % 2);
+      const auto expected = content.substr(place, size);
+      ASSERT_EQ(chunk(*reader, size), expected);
+      ASSERT_EQ(reader->more(), expected.size() == size);
+      place += expected.size();
+      ASSERT_TRUE(whole.empty() || whole == content);
+    }
+    EXPECT_EQ(text(reader->readAll()), whole) << "as last read";
+    EXPECT_EQ(place, length);
+  }
+}
+
+TEST_F(FileReaders, DeliverWholeWhatTheFileHasBecome) {
+  for (const std::size_t before : {0U, 1U, 100U, 70000U, 300000U})
+    for (const std::size_t after : {0U, 1U, 100U, 70000U, 300000U}) {
+      const auto reader = factory.getReader(directory.file("file", pattern(before)));
+      chunk(*reader, static_cast<unsigned int>(std::min<std::size_t>(before, 50)));  // up to the end, not past it
+      directory.file("file", pattern(after));
+      EXPECT_EQ(text(reader->readAll()), pattern(after)) << before << ' ' << after;
+      EXPECT_EQ(reader->ready(), 0);
+    }
+  for (const std::string path : {"/proc/devices", "/proc/kallsyms"}) {  // which do not tell their size
+    std::ifstream file(path);
+    const std::string expected(std::istreambuf_iterator<char>(file), {});
+    const auto reader = factory.getReader({path.begin(), path.end()});
+    for (int i = 0; i < 2; ++i) EXPECT_TRUE(text(reader->readAll()) == expected) << path;
+    EXPECT_TRUE(chunk(*reader, 100000000) == expected) << path;
+  }
+}
+
+#ifndef __SANITIZE_THREAD__  // which shadows each of the 4 GiB
+TEST_F(FileReaders, CountBeyond32BitsAndNeverAsFarAsTheFailureValue) {
+  constexpr std::size_t size = std::size_t{1} << 32, piece = 1 << 26;
+  const int file = ::memfd_create("sparse", 0), room = ::memfd_create("room", 0);
+  ASSERT_EQ(::ftruncate(file, size) + ::ftruncate(room, piece), 0);
+  ASSERT_EQ(::pwrite(file, "end", 3, size), 3);
+  // One piece of memory shows up all over the buffer.
+  auto* const buffer = static_cast<char*>(::mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+  for (std::size_t at = 0; at < size; at += piece)
+    ASSERT_NE(::mmap(buffer + at, piece, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, room, 0), MAP_FAILED);
+  const std::string path = "/proc/self/fd/" + std::to_string(file);
+  const auto reader = factory.getRuntimeReader({path.begin(), path.end()});
+  EXPECT_EQ(reader->read(buffer, 0xFFFFFFFF), 0xFFFFFFFEU);
+  EXPECT_EQ(chunk(*reader, 9), std::string(2, '\0') + "end");
+  EXPECT_EQ(::munmap(buffer, size) + ::close(file) + ::close(room), 0);
+}
+#endif
+
+TEST_F(FileReaders, HoldTheirFilesOpenForThemselvesOnly) {
+  const int next = ::dup(0);  // what opening will give once more
+  ::close(next);
+  auto reader = factory.getReader(directory.file("file", ""));
+  EXPECT_EQ(::fcntl(next, F_GETFD), FD_CLOEXEC);
+  reader.reset();
+  EXPECT_EQ(::fcntl(next, F_GETFD), -1);
+}
+
+}  // namespace
+}  // namespace Korvane::qardatainterfaces

@@ -1,0 +1,119 @@
+#include "support/HostileStream.hpp"
+#include "support/ScriptedTransform.hpp"
+#include "support/TemporaryDirectory.hpp"
+#include "support/table.hpp"
+
+#include <qardatainterfaces/QARFileReaderFactory.hpp>
+
+#include <map>
+#include <optional>
+#include <sstream>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Performs what the rows of a transcript say, and compares what comes of it; see transcripts/README.md.
+class Readers : public testing::TestWithParam<const char*> {
+protected:
+  void use(const std::string& allowed) {
+    const auto allows = [&](const char* word) { return allowed.find(word) != std::string::npos; };
+    transform = new ScriptedTransform(answer("copy", ""), allows("empty-input"), allows("empty-output"));
+    factory.emplace();
+    factory->addFileTypeHandler({u".x", u".qvz", u".xqvz", u".QVZ"}, transform);
+  }
+
+  static ScriptedTransform::Script answer(const std::string& result, const std::string& output) {
+    return [=](const QARByteArray& in, QARByteArray& out, QARMetaData& meta) {
+      if (result == "throw") throw std::runtime_error("broken");
+      meta.setUserData(meta.getUserData() + " and filled");
+      if (result == "copy") return ScriptedTransform::copy(in, out, meta);
+      if (!output.empty()) out = output;
+      return result == "true";
+    };
+  }
+
+  std::string inputs() const {
+    std::string all;
+    for (const auto& input : transform->inputs) all += input.substr(0, 20) + ';';
+    return all;
+  }
+
+  void open_stream(const std::string& path, const std::string& content, const std::string& words) {
+    HostileStream::Manners manners;
+    std::istringstream in(words);
+    for (std::string word; in >> word;) {
+      std::sscanf(word.c_str(), "most=%zu", &manners.most);
+      std::sscanf(word.c_str(), "idle=%d", &manners.idle);
+      std::sscanf(word.c_str(), "throws_at=%zu", &manners.throws_at);
+      manners.boasts |= word == "boasts";
+    }
+    stream.emplace(content, manners);
+    reader = factory->getReader({path.begin(), path.end()}, *stream);
+  }
+
+  std::u16string path(const std::string& name) const {
+    return name[0] == '/' ? std::u16string(name.begin(), name.end()) : directory->path(name);
+  }
+
+  // The last two fields: what is delivered, and in which state that leaves the reader.
+  template <class Read>
+  void expect(const Row& row, Read read) {
+    QARMetaData meta(false, "kept");
+    std::string delivered;
+    try {
+      delivered = read(meta);
+    } catch (const std::runtime_error&) {
+      delivered = "(thrown)";
+    }
+    EXPECT_TRUE(delivered == row.end()[-2]) << testing::PrintToString(delivered.substr(0, 200));
+    std::string state = reader->more() ? "more" : "end";
+    if (reader->lastError() != 0) state += ", error " + std::to_string(reader->lastError());
+    if (reader->ready() != 0) state += ", ready " + std::to_string(reader->ready());
+    if (meta.getUserData() != "kept" || meta.isDemo()) state += ", meta " + meta.getUserData();
+    EXPECT_EQ(state, row.back());
+    EXPECT_EQ(reader->readSucceeded(), reader->lastError() == 0);
+  }
+
+  std::optional<TemporaryDirectory> directory;
+  std::optional<QARFileReaderFactory> factory;
+  std::optional<HostileStream> stream;
+  ScriptedTransform* transform = nullptr;
+  std::unique_ptr<QARFileReader> reader;
+
+  unsigned int size_of(const Row& row) { return static_cast<unsigned int>(std::stoul(row.at(1))); }
+
+  const std::map<std::string, std::function<void(const Row&)>> steps = {
+      {"case", [&](auto&) { directory.emplace(), use("empty-input"); }},
+      {"allow", [&](auto& row) { use(row.at(1)); }},
+      {"answer", [&](auto& row) { transform->script = answer(row.at(1), row.back()); }},
+      {"inputs", [&](auto& row) { EXPECT_EQ(inputs(), row.at(1)); }},
+      {"file", [&](auto& row) { directory->file(row.at(1), row.at(2)); }},
+      {"link", [&](auto& row) { directory->link(row.at(1), row.at(2)); }},
+      {"resize", [&](auto& row) { fs::resize_file(directory->native(row.at(1)), std::stoul(row.at(2))); }},
+      {"remove", [&](auto& row) { fs::remove(directory->native(row.at(1))); }},
+      {"open", [&](auto& row) { reader = factory->getReader(path(row.at(1))); }},
+      {"stream", [&](auto& row) { open_stream(row.at(1), row.at(2), row.at(3)); }},
+      {"append", [&](auto& row) { stream->append(row.at(1)); }},
+      {"id", [&](auto& row) { EXPECT_EQ(reader->getTransformId(), row.at(1)); }},
+      {"state", [&](auto& row) { expect(row, [](auto&) { return "-"; }); }},
+      {"all", [&](auto& row) { expect(row, [&](auto&) { return text(reader->readAll()); }); }},
+      {"all+meta", [&](auto& row) { expect(row, [&](auto& meta) { return text(reader->readAll(meta)); }); }},
+      {"read", [&](auto& row) { expect(row, [&](auto&) { return chunk(*reader, size_of(row)); }); }},
+      {"read+meta", [&](auto& row) { expect(row, [&](auto& meta) { return chunk(*reader, size_of(row), meta); }); }}};
+};
+
+TEST_P(Readers, DoWhatTheTranscriptSays) {
+  for (const auto& row : table(std::string("reading/transcripts/") + GetParam() + ".txt")) {
+    SCOPED_TRACE(row.place);
+    steps.at(row[0])(row);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, Readers,
+                         testing::Values("plain", "transforming", "stream", "transformed_stream", "link"),
+                         [](const auto& test) { return std::string(test.param); });
+
+}  // namespace
+}  // namespace Korvane::qardatainterfaces
