@@ -8,6 +8,7 @@ usage: mutate.py COPY LIMIT [SEED|RESULTS]     COPY is a configured tree, built 
 import pathlib
 import random
 import re
+import resource
 import subprocess
 import sys
 
@@ -37,9 +38,14 @@ def mutants(tree):
                     yield path, number, line, changed
 
 
+def in_bounds():  # of processor time, for what a change has made endless
+    resource.setrlimit(resource.RLIMIT_CPU, (60, 60))
+
+
 def passes(*command, limit=300):
     try:
-        return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=limit).returncode == 0
+        return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=limit,
+                              preexec_fn=in_bounds).returncode == 0
     except subprocess.TimeoutExpired:
         return False
 

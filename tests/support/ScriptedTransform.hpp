@@ -16,8 +16,9 @@ class ScriptedTransform final : public QARTransform {
 public:
   using Script = std::function<bool(const QARByteArray& in, QARByteArray& out, QARMetaData& meta)>;
 
-  explicit ScriptedTransform(Script next, bool empty_input = true, bool empty_output = false)
-      : QARTransform("scripted", empty_input, empty_output), script(std::move(next)) {}
+  explicit ScriptedTransform(Script next, bool empty_input = true, bool empty_output = false,
+                             const char* id = "scripted")
+      : QARTransform(id, empty_input, empty_output), script(std::move(next)) {}
 
   bool cleanup() override { return true; }
   bool transform(const QARByteArray& in, QARByteArray& out, QARMetaData& meta) override {

@@ -1,0 +1,184 @@
+#include <CodePageSurvey.hpp>
+#include <ku/i18n/codecvt.hpp>
+#include <qardatainterfaces/DeployedException.hpp>
+#include <qardatainterfaces/LCPToUTF8Transform.hpp>
+#include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/UTF8ToLCPTransform.hpp>
+
+#include "support/CapturedOutput.hpp"
+#include "support/ContentLocale.hpp"
+#include "support/ScriptedTransform.hpp"
+#include "support/table.hpp"
+
+#include <atomic>
+#include <thread>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+template <class Transform>
+std::unique_ptr<QARTransform> make() {
+  return std::make_unique<Transform>();
+}
+
+constexpr struct Direction {
+  const char* name;
+  std::unique_ptr<QARTransform> (*make)();
+  const char *from, *to;  // the empty one is the local code page
+  const char *golden, *expected;
+  const char *character, *in_latin, *in_cyrillic;
+} directions[] = {{"to_utf8", make<LCPToUTF8Transform>, "", "UTF-8", ".lcp", ".utf8", "\xC1", "\xC3\x81", "\xD0\xB0"},
+                  {"to_lcp", make<UTF8ToLCPTransform>, "UTF-8", "", ".utf8", ".lcp", "\xC2\xB7", "\xB7", "\x9E"}};
+
+class Transforms : public testing::TestWithParam<Direction> {
+protected:
+  std::string transformed(const std::string& content) {
+    QARByteArray out;
+    QARMetaData meta;
+    EXPECT_TRUE(transform->transform(QARByteArray(content), out, meta));
+    return text(out);
+  }
+
+  void expect_conversion(const std::string& in, const std::string& expected, int notices) {
+    QARByteArray array(in), out(std::string("before"));
+    unsigned char byte = 0;
+    out.read(&byte, 1);
+    QARMetaData meta(false, "user data");
+    std::string lines;
+    while (notices-- > 0) lines += "Invalid character was detected.\n";
+    const CapturedOutput output;
+    try {
+      EXPECT_TRUE(transform->transform(array, out, meta));
+      EXPECT_TRUE(out == QARByteArray(expected)) << testing::PrintToString(text(out));
+      EXPECT_EQ(output.text(), lines);
+      EXPECT_TRUE(transform->transform(array, array, meta)) << "in and out are the same";
+      EXPECT_TRUE(array == out);
+    } catch (const rtxi18nutil::DeployedException& error) {
+      EXPECT_EQ(error.identifier(), "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER");
+      EXPECT_EQ(expected, "(refused)");
+      EXPECT_EQ(output.text(), lines);
+      EXPECT_EQ(text(out), "before");
+      EXPECT_TRUE(out.read(&byte, 1) == 1 && byte == 'e') << "not even the read position has changed";
+    }
+    EXPECT_EQ(meta.getUserData(), "user data");
+  }
+
+  const std::unique_ptr<QARTransform> transform = GetParam().make();
+};
+
+INSTANTIATE_TEST_SUITE_P(Both, Transforms, testing::ValuesIn(directions),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_P(Transforms, ConvertAndReportAsTheTableSays) {
+  for (const auto& row : table("transforms/conversions.txt")) {
+    SCOPED_TRACE(row.place);
+    const ContentLocale locale(row.at(1));
+    if (row[0] == GetParam().name) expect_conversion(row.at(2), row.at(3), std::stoi(row.at(4)));
+  }
+}
+
+TEST_P(Transforms, FindWhatIsMalformedWhereverItStands) {
+  const ContentLocale locale("UTF-8");
+  const std::string good = "\xE3\x81\x82 \xC3\xA9";
+  for (const std::size_t before : {0, 1, 15, 16, 17, 63, 64, 65, 16381, 16382, 16383, 16384, 16385, 40000}) {
+    const auto plain = std::string(before, 'x');
+    expect_conversion(plain + good, plain + good, 0);
+    expect_conversion(plain + "\xE3\x81" + good + plain, plain + "\xEF\xBF\xBD" + good + plain, 1);
+  }
+}
+
+// Real text in many code pages: through the factory, and long enough for many blocks that end anywhere.
+TEST_P(Transforms, TurnGoldenFilesIntoEachOther) {
+  const std::string from = GetParam().golden, to = GetParam().expected;
+  QARFileReaderFactory plain, transforming;
+  transforming.addFileTypeHandler({{from.begin(), from.end()}}, GetParam().make().release());
+  for (const std::string encoding :
+       {"ISO-8859-1", "CP1252", "KOI8-R", "SJIS", "eucJP", "GB18030", "Big5", "eucKR", "UTF-8"}) {
+    SCOPED_TRACE(encoding);
+    const ContentLocale locale(encoding);
+    const auto content = [&](QARFileReaderFactory& factory, const std::string& ending) {
+      const std::string path = ZRQAR_SOURCE_DIR "/tests/golden/" + encoding + ending;
+      return text(factory.getReader({path.begin(), path.end()})->readAll());
+    };
+    const auto expected = content(plain, to);
+    ASSERT_GT(expected.size(), 40U);
+    EXPECT_EQ(content(transforming, from), expected);
+    std::string in, out;
+    for (std::size_t i = 0; i < 1000; ++i) {
+      in += content(plain, from) + std::string(i % 5, 'x');
+      out += expected + std::string(i % 5, 'x');
+    }
+    EXPECT_EQ(transformed(in), out);
+  }
+}
+
+// What the page has: all sequences of one and two bytes that it reads.
+std::string all_characters(const std::string& page) {
+  ku::i18n::codecvt_string_to_ustring decoder(page, true);
+  std::string all;
+  for (unsigned i = 0; i < 0x10100; ++i) {
+    const char bytes[] = {static_cast<char>(i >> 8), static_cast<char>(i)};
+    const std::string sequence(bytes + (i >= 0x10000), bytes + 2);
+    if (decoder.convert(sequence.data(), sequence.size()).find(u'\xFFFD') == std::u16string::npos) all += sequence;
+  }
+  return all;
+}
+
+TEST_P(Transforms, AgreeWithTheTwoConvertersOneAfterTheOtherInEveryCodePage) {
+  const auto convert = [](const std::string& text, const std::string& from, const std::string& to) {
+    const auto units = ku::i18n::codecvt_string_to_ustring(from, true).convert(text.data(), text.size());
+    return ku::i18n::codecvt_ustring_to_string(to, true).convert(units.data(), units.size());
+  };
+  const auto& [name, make, from, to, golden, expected, character, in_latin, in_cyrillic] = GetParam();
+  for (const auto& page : code_page_names()) {
+    const ContentLocale locale(page);
+    const CapturedOutput output;
+    const auto good = *from == 0 ? all_characters(page) : convert(all_characters(page), page, from);
+    std::string faulty = good + "\xF0\x90\x90\xB7";
+    for (std::size_t i = 50; i < faulty.size(); i += 1009) faulty[i] = static_cast<char>(0x80 + i % 128);
+    for (const auto& in : {good, faulty}) EXPECT_TRUE(transformed(in) == convert(in, from, to)) << page;
+  }
+}
+
+TEST_P(Transforms, FollowTheLocaleFromCallToCallInAllThreads) {
+  const ContentLocale locale("ISO-8859-1");
+  std::atomic<int> right = 0, left = 3;
+  const auto work = [&] {
+    for (int i = 0; i < 500; ++i) {
+      const auto result = transformed(GetParam().character);
+      right += result == GetParam().in_latin || result == GetParam().in_cyrillic;
+    }
+    --left;
+  };
+  std::thread threads[] = {std::thread(work), std::thread(work), std::thread(work)};
+  while (left > 0)
+    for (const char* const encoding : {"en.KOI8-R", "en.ISO-8859-1"})
+      ku::i18n::ZrLocale::global(ku::i18n::ZrLocale(encoding));
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(right, 1500);
+}
+
+TEST_P(Transforms, HaveTheDefaultPolicies) {
+  EXPECT_STREQ(transform->getId(), "");
+  EXPECT_TRUE(transform->allowZeroLengthInputFiles() && !transform->allowZeroLengthOutputFiles());
+  EXPECT_TRUE(transform->cleanup() && !transform->isSetup());
+}
+
+TEST(QARTransform, TellsWhatItWasGivenAndFiltersByCopying) {
+  char id[] = "name";
+  ScriptedTransform named(ScriptedTransform::copy, false, true, id);
+  id[0] = 'g';
+  EXPECT_STREQ(named.getId(), "name");
+  EXPECT_EQ(named.getId(), named.getId());
+  EXPECT_TRUE(!named.isSetup() && !named.allowZeroLengthInputFiles() && named.allowZeroLengthOutputFiles());
+
+  QARByteArray in(std::string("ab")), out;
+  unsigned char byte = 0;
+  in.read(&byte, 1);
+  EXPECT_TRUE(named.filter(in, out) && out == in && named.filter(in, in));
+  EXPECT_TRUE(in.read(&byte, 1) == 1 && byte == 'b') << "onto itself it changes nothing";
+  EXPECT_TRUE(out.read(&byte, 1) == 1 && byte == 'a') << "a copy is read from its start";
+}
+
+}  // namespace
+}  // namespace Korvane::qardatainterfaces
