@@ -1,6 +1,8 @@
-#include "faults.hpp"
+#include "Allocator.hpp"
 
 #include <cerrno>
+
+#include <malloc.h>
 
 extern "C" {
 void* __libc_malloc(std::size_t size);
@@ -12,38 +14,42 @@ void __libc_free(void* block);
 
 namespace {
 
-thread_local std::size_t countdown = 0;  // 0: not armed
+thread_local std::size_t countdown = 0;  // 0: nothing is to fail
 thread_local bool lasts = false, has_failed = false;
-thread_local long blocks = 0;
-thread_local std::size_t failures = 0;
+thread_local Allocator::Counts counts{};
 
 bool fails() noexcept {
   if (countdown == 0 || --countdown > 0) return false;
   if (lasts) countdown = 1;
   has_failed = true;
-  ++failures;
+  ++counts.failed;
   errno = ENOMEM;
   return true;
 }
 
-void* counted(void* block) noexcept {
-  if (block != nullptr) ++blocks;
+// No block has a size of 0.
+void* counted(void* block, std::size_t before = 0) noexcept {
+  const std::size_t now = block == nullptr ? 0 : malloc_usable_size(block);
+  if (now > before) {
+    ++counts.calls;
+    counts.bytes += now - before;
+    counts.live += before == 0;
+  }
   return block;
 }
 
 }  // namespace
 
-void Faults::arm(std::size_t n, bool lasting) noexcept {
+void Allocator::fail_at(std::size_t n, bool lasting) noexcept {
   lasts = lasting;
   has_failed = false;
   countdown = n;
 }
-bool Faults::disarm() noexcept {
+bool Allocator::stop_failing() noexcept {
   countdown = 0;
   return has_failed;
 }
-long Faults::live() noexcept { return blocks; }
-std::size_t Faults::injected() noexcept { return failures; }
+Allocator::Counts Allocator::so_far() noexcept { return counts; }
 
 #pragma GCC visibility push(default)
 extern "C" {
@@ -55,12 +61,11 @@ void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
   return fails() ? nullptr : counted(__libc_memalign(alignment, size));
 }
 void* realloc(void* block, std::size_t size) noexcept {
-  if (fails()) return nullptr;
-  void* const moved = __libc_realloc(block, size);
-  return block == nullptr ? counted(moved) : moved;
+  const std::size_t before = block == nullptr ? 0 : malloc_usable_size(block);
+  return fails() ? nullptr : counted(__libc_realloc(block, size), before);
 }
 void free(void* block) noexcept {
-  if (block != nullptr) --blocks;
+  if (block != nullptr) --counts.live;
   __libc_free(block);
 }
 }
