@@ -24,40 +24,28 @@ std::string at(std::initializer_list<int> bytes) { return {bytes.begin(), bytes.
 
 // The Unicode standard's table 3-7, well-formed UTF-8 byte sequences, and U+FFFD for each maximal subpart.
 std::u16string slow_decode_utf8(const std::string& text) {
-  using Ranges = std::vector<std::array<int, 2>>;
-  static const std::vector<Ranges> rows{
-      {{0x00, 0x7F}},
-      {{0xC2, 0xDF}, {0x80, 0xBF}},
-      {{0xE0, 0xE0}, {0xA0, 0xBF}, {0x80, 0xBF}},
-      {{0xE1, 0xEC}, {0x80, 0xBF}, {0x80, 0xBF}},
-      {{0xED, 0xED}, {0x80, 0x9F}, {0x80, 0xBF}},
-      {{0xEE, 0xEF}, {0x80, 0xBF}, {0x80, 0xBF}},
-      {{0xF0, 0xF0}, {0x90, 0xBF}, {0x80, 0xBF}, {0x80, 0xBF}},
-      {{0xF1, 0xF3}, {0x80, 0xBF}, {0x80, 0xBF}, {0x80, 0xBF}},
-      {{0xF4, 0xF4}, {0x80, 0x8F}, {0x80, 0xBF}, {0x80, 0xBF}},
-  };
+  static constexpr struct {
+    int first, last, second_first, second_last;
+    std::size_t length;
+  } rows[] = {{0x00, 0x7F, 0x00, 0x00, 1}, {0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3},
+              {0xE1, 0xEC, 0x80, 0xBF, 3}, {0xED, 0xED, 0x80, 0x9F, 3}, {0xEE, 0xEF, 0x80, 0xBF, 3},
+              {0xF0, 0xF0, 0x90, 0xBF, 4}, {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4}};
   std::u16string result;
   for (std::size_t i = 0; i < text.size();) {
-    const auto byte = [&](std::size_t n) {
-      return i + n < text.size() ? static_cast<unsigned char>(text[i + n]) : -1;
-    };
-    std::size_t longest = 0;
-    bool complete = false;
-    for (const auto& ranges : rows) {
-      std::size_t n = 0;
-      while (n < ranges.size() && byte(n) >= ranges[n][0] && byte(n) <= ranges[n][1]) ++n;
-      if (n > longest) longest = n, complete = n == ranges.size();
+    const int first = static_cast<unsigned char>(text[i++]);
+    const auto* const row =
+        std::find_if(rows, std::end(rows), [&](auto& r) { return first >= r.first && first <= r.last; });
+    std::size_t left = row == std::end(rows) ? 1 : row->length - 1;
+    int code = left == 0 ? first : first & (0x3F >> left);
+    for (bool second = true; row != std::end(rows) && left > 0 && i < text.size(); second = false, --left) {
+      const int byte = static_cast<unsigned char>(text[i]);
+      if (byte < (second ? row->second_first : 0x80) || byte > (second ? row->second_last : 0xBF)) break;
+      code = code << 6 | (byte & 0x3F);
+      ++i;
     }
-    if (!complete) {
-      result += u'\xFFFD';
-      i += std::max<std::size_t>(longest, 1);
-      continue;
-    }
-    std::uint32_t code = static_cast<unsigned>(byte(0)) & (longest == 1 ? 0x7FU : 0xFFU >> (longest + 1));
-    for (std::size_t n = 1; n < longest; ++n) code = code << 6 | (static_cast<unsigned>(byte(n)) & 0x3FU);
+    if (left > 0) code = 0xFFFD;
     if (code > 0xFFFF) result += static_cast<char16_t>(0xD7C0 + (code >> 10));
     result += static_cast<char16_t>(code > 0xFFFF ? 0xDC00 | (code & 0x3FF) : code);
-    i += longest;
   }
   return result;
 }
@@ -144,27 +132,25 @@ TEST_F(Utf8, IsRightAmongNeighboursOfEveryLength) {
   }
 }
 
+template <class Converter>
+bool refuses(const std::string& encoding, bool tolerant) try {
+  Converter(encoding, tolerant);
+  return false;
+} catch (const CvtInvalidCharacter&) {
+  return false;
+} catch (const CvtExceptionBase&) {
+  return true;
+}
+
 TEST(Encodings, AreRefusedByNameWithoutBeingTakenForAnInvalidCharacter) {
-  const auto refuses = [](auto make) {
-    try {
-      make();
-      return false;
-    } catch (const CvtInvalidCharacter&) {
-      return false;
-    } catch (const CvtExceptionBase&) {
-      return true;
-    }
-  };
-  for (const std::string& name :
-       {std::string("no-such-encoding"), std::string("UTF-8,version=1"), std::string("ibm-37_P100-1995,swaplfnl"),
-        std::string("UTF-8\0", 6), std::string("UTF-8\0x", 7), std::string("x11-compound-text"),
-        std::string("COMPOUND_TEXT"), std::string("iscii-dev"), std::string("../x"), std::string("/etc/passwd"),
-        std::string("ISO-8859-1/../UTF-8"), std::string(" "), std::string(60, 'x'), std::string(1 << 20, 'x')}) {
+  using namespace std::string_literals;
+  for (const auto& name : {"no-such-encoding"s, "UTF-8,version=1"s, "ibm-37_P100-1995,swaplfnl"s, "UTF-8\0"s,
+                           "UTF-8\0x"s, "x11-compound-text"s, "COMPOUND_TEXT"s, "iscii-dev"s, "../x"s, "/etc/passwd"s,
+                           "ISO-8859-1/../UTF-8"s, " "s, std::string(60, 'x'), std::string(1 << 20, 'x')})
     for (const bool tolerant : {false, true}) {
-      EXPECT_TRUE(refuses([&] { codecvt_string_to_ustring converter(name, tolerant); })) << name.substr(0, 80);
-      EXPECT_TRUE(refuses([&] { codecvt_ustring_to_string converter(name, tolerant); })) << name.substr(0, 80);
+      EXPECT_TRUE(refuses<codecvt_string_to_ustring>(name, tolerant)) << name.substr(0, 80);
+      EXPECT_TRUE(refuses<codecvt_ustring_to_string>(name, tolerant)) << name.substr(0, 80);
     }
-  }
 }
 
 TEST(Encodings, WithoutAsciiHaveAVisibleSubstituteToo) {
@@ -187,50 +173,44 @@ struct Cutter {
   bool tolerant;
   std::basic_string<From> text;
 
-  template <class Work>
-  Result attempt(Work work) const {
-    Converter converter(encoding, tolerant);
-    try {
-      const auto result = work(converter);
-      return {{result, converter.has_substituted()}};
-    } catch (const CvtInvalidCharacter&) {
-      return std::nullopt;
-    }
-  }
-
   Result whole() const {
     return attempt([&](Converter& converter) { return converter.convert(text.data(), text.size()); });
   }
 
   Result in_slices(std::size_t slice, std::size_t room) const {
-    return attempt([&](Converter& converter) { return convert_slices(converter, slice, room); });
-  }
-
-  std::basic_string<To> convert_slices(Converter& converter, std::size_t slice, std::size_t room) const {
-    std::basic_string<To> result;
-    std::size_t offered = std::min(text.size(), slice), taken = 0;
-    for (int calls = 0; calls < 100000; ++calls) {
-      const std::vector<From> rest(text.begin() + static_cast<std::ptrdiff_t>(taken),
-                                   text.begin() + static_cast<std::ptrdiff_t>(offered));
-      std::vector<To> to(room);  // exactly what was promised: a sanitizer sees one too many
-      const auto step = converter.convert_some(rest.data(), rest.size(), offered == text.size(), to.data(), room);
-      result.append(to.data(), step.placed);
-      taken += step.taken;
-      if (step.done && offered == text.size()) return result;
-      if (step.done) offered = std::min(text.size(), offered + slice);
-    }
-    ADD_FAILURE() << encoding << " makes no progress";
-    return result;
+    return attempt([&](Converter& converter) {
+      std::basic_string<To> result;
+      std::size_t offered = std::min(text.size(), slice), taken = 0;
+      for (int calls = 0; calls < 100000; ++calls) {
+        const std::vector<From> rest(text.data() + taken, text.data() + offered);
+        std::vector<To> to(room);  // exactly what was promised: a sanitizer sees one too many
+        const auto step = converter.convert_some(rest.data(), rest.size(), offered == text.size(), to.data(), room);
+        result.append(to.data(), step.placed);
+        taken += step.taken;
+        if (step.done && offered == text.size()) return result;
+        if (step.done) offered = std::min(text.size(), offered + slice);
+      }
+      ADD_FAILURE() << encoding << " makes no progress";
+      return result;
+    });
   }
 
   void check() const {
     const auto expected = whole();
     EXPECT_TRUE(expected || !tolerant);
-    for (std::size_t n = 1; n <= 17; ++n) {
-      ASSERT_EQ(in_slices(n, 1000), expected) << n;
-      ASSERT_EQ(in_slices(text.size() + 1, n), expected) << n;
-      ASSERT_EQ(in_slices(n, n), expected) << n;
-    }
+    for (std::size_t n = 1; n <= 17; ++n)
+      for (const auto& [slice, room] : {std::pair(n, std::size_t{1000}), {text.size() + 1, n}, {n, n}})
+        ASSERT_EQ(in_slices(slice, room), expected) << slice << ' ' << room;
+  }
+
+private:
+  template <class Work>
+  Result attempt(Work work) const try {
+    Converter converter(encoding, tolerant);
+    const auto result = work(converter);
+    return {{result, converter.has_substituted()}};
+  } catch (const CvtInvalidCharacter&) {
+    return std::nullopt;
   }
 };
 using Decoding = Cutter<codecvt_string_to_ustring, char, char16_t>;

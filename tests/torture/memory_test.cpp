@@ -5,7 +5,7 @@
 #include "support/ContentLocale.hpp"
 #include "support/HostileStream.hpp"
 #include "support/TemporaryDirectory.hpp"
-#include "support/content.hpp"
+#include "support/seen.hpp"
 
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/i18n/MessageCatalog.hpp>
@@ -14,8 +14,6 @@
 #include <qar/qardatainterfaces/messages.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
-#include <qardatainterfaces/QARContext.hpp>
-#include <qardatainterfaces/QARData.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
@@ -132,13 +130,6 @@ TEST(OutOfMemory, IsForgottenWhenAnEncodingIsMetForTheFirstTime) {
   }
 }
 
-std::string narrow(const std::u16string& text) {
-  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
-}
-std::string seen(const QARMetaData& meta) { return meta.getUserData() + (meta.isDemo() ? "+" : "-"); }
-std::string seen(const QARRecordData& record) { return narrow(record.getName()) + seen(record.getMetaData()); }
-std::string seen(const QARByteArray& bytes) { return text(bytes) + (bytes.begin() == nullptr ? "0" : "1"); }
-
 constexpr void (QARContext::*set_key[])(const QARByteArray&) = {
     &QARContext::setTarvoKey, &QARContext::setCompilerKey, &QARContext::setSolutionKey,
     &QARContext::setEncSolutionKey, &QARContext::setEncKeyHash};
@@ -165,15 +156,10 @@ struct World {
 
   std::string seen() {
     using qardatainterfaces::seen;
-    std::string all = made + narrow(units) + seen(bytes) + seen(meta) + seen(record) + context.getVersionInfo();
-    all += seen(context.getTarvoKey()) + seen(context.getCompilerKey()) + seen(context.getSolutionKey());
-    all += seen(context.getEncSolutionKey()) + seen(context.getEncKeyHash());
-    for (auto& [name, entry] : data.getFileMap())
-      if (name != replaced) all += narrow(name) + "=" + seen(entry);  // which may be gone
-    for (auto& [name, value] : data.getRootMacroMap()) all += narrow(name) + "=" + narrow(value);
-    for (auto& path : data.getTarvoPathVector()) all += narrow(path) + ":";
-    for (auto& path : data.getClassPathVector()) all += narrow(path) + ";";
-    return all + ZrLocale::global().name() + (factory.willBeTransformed(u"x.a") ? "handled" : "not");
+    auto rest = data;
+    rest.getFileMap().erase(replaced);  // which may be gone
+    return made + seen(units) + seen(bytes) + seen(meta) + seen(record) + seen(context) + seen(rest) +
+           ZrLocale::global().name() + (factory.willBeTransformed(u"x.a") ? "handled" : "not");
   }
 
   QARByteArray bytes{std::string("before")};

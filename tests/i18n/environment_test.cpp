@@ -1,0 +1,90 @@
+// Locales, and the process code, which is that of the environment.
+
+#include "support/environment.hpp"
+#include "support/TemporaryDirectory.hpp"
+
+#include <ku/filesystem/status.hpp>
+#include <ku/i18n/ZrLocale.hpp>
+#include <ku/i18n/codecvt.hpp>
+#include <ku/i18n/to_string.hpp>
+
+#include <thread>
+
+namespace ku::i18n {
+namespace {
+
+using namespace std::string_literals;
+using Traits = filesystem::detail::process_code_traits;
+
+std::string parts(const ZrLocale& locale) {
+  return locale.name() + ": " + locale.language() + ' ' + locale.encoding();
+}
+
+TEST(ZrLocale, StartsAsTheFirstVariableOfTheEnvironmentThatSaysAnything) {
+  const std::pair<std::map<std::string, std::string>, std::string> cases[] = {
+      {{{"LC_ALL", "fr_FR.x@y"}, {"LC_CTYPE", "de_DE"}, {"LANG", "es_ES"}}, "fr_FR.x@y: fr x"},
+      {{{"LC_ALL", ""}, {"LC_CTYPE", "de_DE@euro"}, {"LANG", "es_ES"}}, "de_DE@euro: de UTF-8"},
+      {{{"LC_MESSAGES", "de_DE"}, {"LANG", "es."}}, "es.: es UTF-8"},
+      {{{"LANG", "POSIX.ISO-8859-15"}}, "POSIX.ISO-8859-15:  ISO-8859-15"},
+      {{}, "C:  UTF-8"}};
+  for (const auto& [variables, expected] : cases)
+    in_environment(variables, [&expected = expected] {
+      EXPECT_EQ(parts(ZrLocale::global(ZrLocale("ja_JP.SJIS"))), expected);
+      ::setenv("LC_ALL", "later", 1);
+      EXPECT_EQ(parts(ZrLocale("")), expected) << "the environment is asked once";
+      EXPECT_EQ(parts(ZrLocale::global()), "ja_JP.SJIS: ja SJIS");
+    });
+}
+
+TEST(ZrLocale, IsNeverSeenHalfChanged) {
+  const auto before = ZrLocale::global(ZrLocale("C"));
+  std::vector<std::thread> threads;
+  for (const std::string name : {"de", "ja_JP.SJIS_0123456789", "zh_CN.GB18030_01234567890123456789"})
+    threads.emplace_back([name] {
+      for (int i = 0; i < 2000; ++i)
+        for (const auto& seen : {ZrLocale::global(ZrLocale(name)), ZrLocale::global()})
+          ASSERT_EQ(parts(seen), parts(ZrLocale(seen.name())));
+    });
+  for (auto& thread : threads) thread.join();
+  ZrLocale::global(before);
+}
+
+TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {
+  in_environment({{"LC_ALL", "de_DE.UTF-8"}}, [] {
+    ZrLocale::global(ZrLocale("C.ISO-8859-1"));
+    const std::u16string path = u"/\u00FC\u65E5\U0001F600\uFEFF\u200B.txt";
+    const std::string native = "/\xC3\xBC\xE6\x97\xA5\xF0\x9F\x98\x80\xEF\xBB\xBF\xE2\x80\x8B.txt";
+    EXPECT_EQ(filesystem::detail::make_native_form(path), native);
+    EXPECT_EQ(Traits::to_internal(native), path);
+    for (const auto& bad : {u"a\xD800"s, u"\xDC00z"s, u"a\0b"s})
+      EXPECT_THROW(Traits::to_external(bad), CvtInvalidCharacter);
+    for (const auto& bad : {"\xFF"s, "a\xC3"s, "\xED\xA0\x80"s, "\xC0\xAF"s})
+      EXPECT_THROW(Traits::to_internal(bad), CvtInvalidCharacter);
+    EXPECT_EQ(to_string(u"a\xD800z"), "a\xEF\xBF\xBDz") << "messages always come out";
+  });
+  for (const auto* const locale : {"C", "de_DE", "de_DE.no-such-encoding"})  // where none is known, UTF-8
+    in_environment({{"LANG", locale}}, [] { EXPECT_EQ(Traits::to_external(u"\u00FC"), "\xC3\xBC"); });
+}
+
+TEST(Status, TellsKindAndLengthLinksFollowed) {
+  using filesystem::file_type;
+  const TemporaryDirectory directory;
+  directory.file("file", "");
+  std::filesystem::resize_file(directory.native("file"), (1UL << 32) + 7);
+  directory.link("link", "file");
+  directory.link("loop", "loop");
+  const std::tuple<std::string, file_type, std::uint64_t> cases[] = {
+      {directory.native("link"), file_type::regular, (1UL << 32) + 7},
+      {directory.native("missing"), file_type::not_found, 0},
+      {directory.native("file/below"), file_type::not_found, 0},
+      {"/dev/null", file_type::other, 0}};
+  for (const auto& [path, type, length] : cases) {
+    EXPECT_EQ(filesystem::status(path).type, type) << path;
+    EXPECT_EQ(filesystem::status(path).length, length) << path;
+  }
+  EXPECT_EQ(filesystem::status("/").type, file_type::directory);
+  EXPECT_THROW(filesystem::status(directory.native("loop")), std::system_error);
+}
+
+}  // namespace
+}  // namespace ku::i18n
