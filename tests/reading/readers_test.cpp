@@ -1,7 +1,7 @@
 // What a transcript cannot say.
 
-#include "support/ScriptedTransform.hpp"
 #include "support/TemporaryDirectory.hpp"
+#include "support/content.hpp"
 
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 
@@ -19,40 +19,6 @@ protected:
   const TemporaryDirectory directory;
   QARFileReaderFactory factory;
 };
-
-TEST_F(FileReaders, JudgeEmptyContentAndFailuresOfTheTransform) {
-  constexpr int bad = QARFileReader::transform_failed, empty = QARFileReader::zero_length;
-  constexpr struct {
-    const char* content;
-    bool empty_input, empty_output, result;
-    const char* output;
-    int error, error_of_qvz;
-  } cases[] = {{"in", true, true, true, "out", 0, 0},       {"in", true, true, true, "", 0, 0},
-               {"in", true, false, true, "", bad, bad},     {"in", true, true, false, "", bad, empty},
-               {"in", true, true, false, "left", bad, bad}, {"", true, false, true, "out", 0, 0},
-               {"", false, true, true, "out", empty, empty}};
-  for (const auto& row : cases)
-    for (const std::string name : {"a.x", "a.qvz", ".qvz", "\xC3\xBC.xqvz"})
-      for (const bool whole : {false, true}) {
-        SCOPED_TRACE(testing::Message() << name << " of case " << &row - cases << ", whole: " << whole);
-        const auto answer = [&](const QARByteArray&, QARByteArray& out, QARMetaData&) {
-          if (*row.output != 0) out = std::string(row.output);
-          return row.result;
-        };
-        auto* const transform = new ScriptedTransform(answer, row.empty_input, row.empty_output);
-        QARFileReaderFactory transforming;
-        transforming.addFileTypeHandler({u".x", u".qvz", u".xqvz"}, transform);
-        const auto reader = transforming.getReader(directory.file(name, row.content));
-        const auto got = whole ? text(reader->readAll()) : chunk(*reader, 99);
-        const auto& input = name == "a.x" ? row.content : directory.native(name);
-        const std::vector<std::string> inputs(*row.content == 0 ? 0 : 1, input);
-        const int error = name == "a.x" ? row.error : row.error_of_qvz;
-        EXPECT_EQ(got, error != 0 && !whole ? refused : inputs.empty() ? "" : row.output);
-        EXPECT_EQ(reader->lastError(), error);
-        EXPECT_EQ(reader->more(), whole && error == 0 && got == "out");
-        EXPECT_EQ(transform->inputs, inputs);
-      }
-}
 
 TEST_F(FileReaders, MixChunksAndWholeReadsAtRandom) {
   constexpr unsigned int sizes[] = {1, 7, 4096, 65536, 65537, 200000};

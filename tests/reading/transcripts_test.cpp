@@ -36,7 +36,11 @@ protected:
 
   std::string inputs() const {
     std::string all;
-    for (const auto& input : transform->inputs) all += input.substr(0, 20) + ';';
+    for (const auto& input : transform->inputs) {
+      const auto folder = directory->native("");
+      all += input.rfind(folder, 0) == 0 ? "DIR/" + input.substr(folder.size()) : input.substr(0, 20);
+      all += ';';
+    }
     return all;
   }
 
@@ -112,7 +116,8 @@ TEST_P(Readers, DoWhatTheTranscriptSays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, Readers,
-                         testing::Values("plain", "transforming", "stream", "transformed_stream", "link"),
+                         testing::Values("plain", "transforming", "judgement", "stream", "transformed_stream",
+                                         "link"),
                          [](const auto& test) { return std::string(test.param); });
 
 }  // namespace
