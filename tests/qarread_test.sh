@@ -92,6 +92,14 @@ table '*' 1 '- - - - QARDATAINTERFACES_FILE_NOT_EXIST missing
 plain - 0 - -1001 /proc/self/mem
 plain - 256 256 ok bytes' missing $'\xff' /proc/self/mem bytes
 
+# Files that do not tell their size, of which the second is large; in chunks and whole.
+case='sizeless'
+for path in /proc/devices /proc/kallsyms; do
+  "$program" "$path" | cmp - "$path" || wrong "$path in chunks"
+  ln -sf "$path" sizeless.txt
+  "$program" --runtime $latin1 --lcp-to-utf8 txt sizeless.txt | cmp - "$path" || wrong "$path whole"
+done
+
 # Output that fails.
 case='/dev/full'
 for arguments in bytes '--stat bytes' '--catalogue bytes' --help; do

@@ -43,24 +43,6 @@ TEST_F(FileReaders, MixChunksAndWholeReadsAtRandom) {
   }
 }
 
-TEST_F(FileReaders, DeliverWholeWhatTheFileHasBecome) {
-  for (const std::size_t before : {0U, 1U, 100U, 70000U, 300000U})
-    for (const std::size_t after : {0U, 1U, 100U, 70000U, 300000U}) {
-      const auto reader = factory.getReader(directory.file("file", pattern(before)));
-      chunk(*reader, static_cast<unsigned int>(std::min<std::size_t>(before, 50)));  // up to the end, not past it
-      directory.file("file", pattern(after));
-      EXPECT_EQ(text(reader->readAll()), pattern(after)) << before << ' ' << after;
-      EXPECT_EQ(reader->ready(), 0);
-    }
-  for (const std::string path : {"/proc/devices", "/proc/kallsyms"}) {  // which do not tell their size
-    std::ifstream file(path);
-    const std::string expected(std::istreambuf_iterator<char>(file), {});
-    const auto reader = factory.getReader({path.begin(), path.end()});
-    for (int i = 0; i < 2; ++i) EXPECT_TRUE(text(reader->readAll()) == expected) << path;
-    EXPECT_TRUE(chunk(*reader, 100000000) == expected) << path;
-  }
-}
-
 #ifndef __SANITIZE_THREAD__  // which shadows each of the 4 GiB
 TEST_F(FileReaders, CountBeyond32BitsAndNeverAsFarAsTheFailureValue) {
   constexpr std::size_t size = std::size_t{1} << 32, piece = 1 << 26;
