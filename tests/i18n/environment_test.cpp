@@ -67,23 +67,19 @@ TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {
 }
 
 TEST(Status, TellsKindAndLengthLinksFollowed) {
-  using filesystem::file_type;
+  using namespace filesystem;
   const TemporaryDirectory directory;
   directory.file("file", "");
   std::filesystem::resize_file(directory.native("file"), (1UL << 32) + 7);
   directory.link("link", "file");
   directory.link("loop", "loop");
-  const std::tuple<std::string, file_type, std::uint64_t> cases[] = {
-      {directory.native("link"), file_type::regular, (1UL << 32) + 7},
-      {directory.native("missing"), file_type::not_found, 0},
-      {directory.native("file/below"), file_type::not_found, 0},
-      {"/dev/null", file_type::other, 0}};
-  for (const auto& [path, type, length] : cases) {
-    EXPECT_EQ(filesystem::status(path).type, type) << path;
-    EXPECT_EQ(filesystem::status(path).length, length) << path;
-  }
-  EXPECT_EQ(filesystem::status("/").type, file_type::directory);
-  EXPECT_THROW(filesystem::status(directory.native("loop")), std::system_error);
+  const auto [type, length] = status(directory.native("link"));
+  EXPECT_TRUE(type == file_type::regular && length == (1UL << 32) + 7);
+  for (const auto* const absent : {"missing", "file/below"})
+    EXPECT_EQ(status(directory.native(absent)).type, file_type::not_found) << absent;
+  EXPECT_EQ(status("/").type, file_type::directory);
+  EXPECT_EQ(status("/dev/null").type, file_type::other);
+  EXPECT_THROW(status(directory.native("loop")), std::system_error);
 }
 
 }  // namespace
