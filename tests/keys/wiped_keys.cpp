@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include <malloc.h>
 
@@ -32,9 +33,8 @@ void* allocate(std::size_t size) {
 
 int failures = 0;
 void expect(bool right, const char* what) {
-  if (right) return;
-  std::printf("failed: %s\n", what);
-  ++failures;
+  if (!right) std::printf("failed: %s\n", what);
+  failures += !right;
 }
 
 }  // namespace
@@ -48,36 +48,29 @@ void operator delete[](void* block, std::size_t) noexcept { look_and_free(block)
 
 int main() {
   for (std::size_t i = 0; i < sizeof pattern; ++i) pattern[i] = static_cast<char>(0xA1 + 7 * i);
-  unsigned char bytes[100] = {};
-  std::memcpy(bytes + 40, pattern, sizeof pattern);
-  const QARByteArray key(bytes, sizeof bytes);
-  { const QARByteArray forgotten(key); }
-  expect(found == 1, "a plain array is found");
-
-  void (QARContext::*const setters[])(const QARByteArray&) = {
-      &QARContext::setTarvoKey, &QARContext::setCompilerKey, &QARContext::setSolutionKey,
-      &QARContext::setEncSolutionKey, &QARContext::setEncKeyHash};
+  const QARByteArray key(std::string(40, 'x') + std::string(pattern, sizeof pattern) + std::string(40, 'x'));
+  const QARByteArray none;
   found = 0;
+  QARByteArray(key).size();
+  expect(std::exchange(found, 0) == 1, "a plain array is found");
+
   {
     QARContext context;
-    for (const auto set : setters) (context.*set)(key);
-    for (const auto set : setters) (context.*set)(QARByteArray());
+    for (const auto* const next : {&key, &none, &key})
+      for (const auto set : {&QARContext::setTarvoKey, &QARContext::setCompilerKey, &QARContext::setSolutionKey,
+                             &QARContext::setEncSolutionKey, &QARContext::setEncKeyHash})
+        (context.*set)(*next);
     expect(found == 0, "a key that is replaced");
-    for (const auto set : setters) (context.*set)(key);
-    QARContext copy(context);
+    QARContext copy(context), target(context);
     copy = QARContext();
     expect(found == 0, "a context that is assigned to");
-    QARContext target(context);
     int failed = 0;
-    for (bool done = false; !done; ++failed) {
-      allocations_left = failed;
-      try {
+    for (allocations_left = 0; allocations_left >= 0; ++failed) try {
         target = context;
-        done = true;
+        allocations_left = -1;
       } catch (const std::bad_alloc&) {
+        allocations_left = failed + 1;
       }
-    }
-    allocations_left = -1;
     expect(failed > 5 && found == 0, "a copy that runs out of memory");
     expect(target.getEncKeyHash() == key, "the key after that");
   }
