@@ -8,8 +8,6 @@
 #include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
 
-#include <thread>
-
 namespace ku::i18n {
 namespace {
 
@@ -34,19 +32,6 @@ TEST(ZrLocale, StartsAsTheFirstVariableOfTheEnvironmentThatSaysAnything) {
       EXPECT_EQ(parts(ZrLocale("")), expected) << "the environment is asked once";
       EXPECT_EQ(parts(ZrLocale::global()), "ja_JP.SJIS: ja SJIS");
     });
-}
-
-TEST(ZrLocale, IsNeverSeenHalfChanged) {
-  const auto before = ZrLocale::global(ZrLocale("C"));
-  std::vector<std::thread> threads;
-  for (const std::string name : {"de", "ja_JP.SJIS_0123456789", "zh_CN.GB18030_01234567890123456789"})
-    threads.emplace_back([name] {
-      for (int i = 0; i < 2000; ++i)
-        for (const auto& seen : {ZrLocale::global(ZrLocale(name)), ZrLocale::global()})
-          ASSERT_EQ(parts(seen), parts(ZrLocale(seen.name())));
-    });
-  for (auto& thread : threads) thread.join();
-  ZrLocale::global(before);
 }
 
 TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {

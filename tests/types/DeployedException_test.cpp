@@ -25,6 +25,8 @@ TEST(DeployedException, ShowsEachArgumentWholeInTheLanguageItWasBuiltIn) {
   in_environment({{"LC_ALL", "es_ES.UTF-8"}, {"LANG", "fr_FR.UTF-8"}, {"LC_MESSAGES", "fr_FR.UTF-8"}}, [] {
     DeployedException assigned((QARDATAINTERFACES_FILE_NOT_EXIST("x")));
     EXPECT_STREQ(assigned.what(), "El archivo «x» no existe.");
+    assigned = DeployedException(QARDATAINTERFACES_FILE_NOT_EXIST(std::string("\xFF\0x", 3)));
+    EXPECT_STREQ(assigned.what(), "El archivo «\uFFFD\uFFFDx» no existe.") << "messages always come out";
     for (const auto& row : table("types/messages.txt")) {
       SCOPED_TRACE(row.place);
       const std::string name = "QARDATAINTERFACES_" + row.at(1);
