@@ -21,6 +21,8 @@ constexpr struct Direction {
   const char* name;
   std::unique_ptr<QARTransform> (*make)();
   const char *from, *to;  // the empty one is the local code page
+
+  friend void PrintTo(const Direction& direction, std::ostream* to) { *to << direction.name; }
 } directions[] = {{"to_utf8", make<LCPToUTF8Transform>, "", "UTF-8"},
                   {"to_lcp", make<UTF8ToLCPTransform>, "UTF-8", ""}};
 
