@@ -67,7 +67,7 @@ void expect_taken_up_to_the_first_offence(const Case& c, Judge& judge, const std
 TEST(Directly, TakesUtf8UpToTheFirstOffenceAnywhere) {
   std::vector<std::string> fragments;
   for (unsigned first = 0xC0; first <= 0xFF; ++first)
-    for (const unsigned second : {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xFF})
+    for (const int second : {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xFF})
       for (const char* rest : {"", "\x80", "\x80\x80"})
         fragments.push_back(std::string{static_cast<char>(first), static_cast<char>(second)} + rest);
   for (const Case& c : {Case{"UTF-8", "UTF-8", {"я", "日", "a", "😀"}}, Case{"UTF-8", "KOI8-R", {"я", "─"}},
