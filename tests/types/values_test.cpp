@@ -1,6 +1,7 @@
 #include "support/seen.hpp"
 
 #include <gtest/gtest.h>
+#include <qardatainterfaces/Version.hpp>
 
 #include <functional>
 #include <stdexcept>
@@ -179,6 +180,8 @@ TEST(QARData, KeepsEntriesWhereTheyAreAndTakesArgumentsFromThem) {
   for (int i = 0; i < 20; ++i) data.addTarvoPathEntry(data.getTarvoPathVector().front());  // which moves
   EXPECT_EQ(data.getTarvoPathVector(), std::vector<std::u16string>(21, name));
 }
+
+TEST(Version, IsThatOfTheInterface) { EXPECT_EQ(std::string(libzrqardatainterfaces_version).rfind("1.", 0), 0U); }
 
 }  // namespace
 }  // namespace Korvane::qardatainterfaces
