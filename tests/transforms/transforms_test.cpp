@@ -13,7 +13,7 @@ namespace Korvane::qardatainterfaces {
 namespace {
 
 template <class Transform>
-std::unique_ptr<QARTransform> make() {
+std::unique_ptr<QARTransform> new_transform() {
   return std::make_unique<Transform>();
 }
 
@@ -22,9 +22,9 @@ constexpr struct Direction {
   std::unique_ptr<QARTransform> (*make)();
   const char *from, *to;  // the empty one is the local code page
 
-  friend void PrintTo(const Direction& direction, std::ostream* to) { *to << direction.name; }
-} directions[] = {{"to_utf8", make<LCPToUTF8Transform>, "", "UTF-8"},
-                  {"to_lcp", make<UTF8ToLCPTransform>, "UTF-8", ""}};
+  friend void PrintTo(const Direction& direction, std::ostream* stream) { *stream << direction.name; }
+} directions[] = {{"to_utf8", new_transform<LCPToUTF8Transform>, "", "UTF-8"},
+                  {"to_lcp", new_transform<UTF8ToLCPTransform>, "UTF-8", ""}};
 
 class Transforms : public testing::TestWithParam<Direction> {
 protected:
@@ -76,7 +76,8 @@ TEST_P(Transforms, ConvertAndReportAsTheTableSays) {
 TEST_P(Transforms, FindWhatIsMalformedWhereverItStands) {
   const ContentLocale locale("UTF-8");
   const std::string good = "\xE3\x81\x82 \xC3\xA9";
-  for (const std::size_t before : {0, 1, 15, 16, 17, 63, 64, 65, 16381, 16382, 16383, 16384, 16385, 40000}) {
+  for (const std::size_t before :
+       {0U, 1U, 15U, 16U, 17U, 63U, 64U, 65U, 16381U, 16382U, 16383U, 16384U, 16385U, 40000U}) {
     const auto plain = std::string(before, 'x');
     expect_conversion(plain + good, plain + good, 0);
     expect_conversion(plain + "\xE3\x81" + good + plain, plain + "\xEF\xBF\xBD" + good + plain, 1);
