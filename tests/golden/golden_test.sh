@@ -11,7 +11,7 @@ for path in "$golden"/*.lcp; do
   page=$(basename "$path" .lcp)
   for kind in lcp utf8; do
     cp "$golden/$page.$kind" "short.$kind"
-    { cat short.$kind; for odd in x xx xxx xxxx; do cat short.$kind; printf $odd; done; } >"long.$kind"
+    { cat short.$kind; for odd in x xx xxx xxxx; do cat short.$kind; printf %s $odd; done; } >"long.$kind"
     for _ in {1..8}; do cat "long.$kind" "long.$kind" >twice && mv twice "long.$kind"; done
   done
   for length in short long; do

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # huge.sh QARREAD HUGE: texts beyond 2 GiB, too slow and too large for every run: 7 GiB of memory, 7 GiB of disk.
-set -euo pipefail
+set -eu  # not pipefail: what is endless is broken off
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 page=de_DE.ISO-8859-1 length=$(((1 << 31) + 12345))
 
-# Letters that are not ASCII stand a megabyte apart.
-yes "$(printf '%*s' 1000002 '' | tr ' ' a)" | tr '\n' '\351' | head -c $length >"$work/x.lcp"
+# Every hundredth letter is not ASCII.
+yes "$(printf '%*s' 99 '' | tr ' ' a)" | tr '\n' '\351' | head -c $length >"$work/x.lcp"
 "$1" --locale $page --lcp-to-utf8 lcp "$work/x.lcp" >"$work/x.utf8"
-[ "$(stat --format=%s "$work/x.utf8")" = $((length + length / 1000003)) ]
+[ "$(stat --format=%s "$work/x.utf8")" = $((length + length / 100)) ]
 "$1" --locale $page --utf8-to-lcp utf8 "$work/x.utf8" | cmp - "$work/x.lcp"
 echo 'right: more than 2 GiB of ISO-8859-1 to UTF-8, and back'
 "$2"
