@@ -98,5 +98,21 @@ TEST(Directly, TakesEachByteAnywhere) {
   }
 }
 
+TEST(Directly, TakesNothingAmidACharacterWithoutRoomOrBetweenCodePages) {
+  char placed[9];
+  char16_t units[9];
+  for (const char* const target : {"KOI8-R", "UTF-8"}) {
+    codecvt_string_to_ustring source("UTF-8", false), page("ISO-8859-1", false);
+    codecvt_ustring_to_string into(target, false);
+    EXPECT_EQ(convert_directly(page, into, "text", 4, placed, 9).taken, target[0] == 'U' ? 4U : 0U);
+    EXPECT_EQ(convert_directly(page, into, "a", 1, placed, 3).taken, 0U);
+    EXPECT_EQ(convert_directly(source, into, "a", 1, placed, 9).taken, 1U);
+    into.convert_some(u"\xD83D", 1, false, placed, 9);
+    EXPECT_EQ(convert_directly(source, into, "a", 1, placed, 9).taken, 0U);
+    source.convert_some("\xE3", 1, false, units, 9);
+    EXPECT_EQ(convert_directly(source, codecvt_ustring_to_string(target, false), "a", 1, placed, 9).taken, 0U);
+  }
+}
+
 }  // namespace
 }  // namespace ku::i18n

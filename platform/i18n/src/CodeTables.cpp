@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstring>
-#include <new>
 
 namespace ku::i18n::detail {
 namespace {
@@ -15,19 +14,13 @@ std::uint32_t cell_of(const char* bytes, std::size_t length) {
   if (length > longest) return 0;
   std::uint32_t cell = 0;
   std::memcpy(&cell, bytes, length);
-  return length == 0 ? 0 : cell | static_cast<std::uint32_t>(length) << 24;
-}
-
-// A cell must not stay empty only because memory had run out.
-bool is_success(UErrorCode status) {
-  if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
-  return U_SUCCESS(status);
+  return cell | static_cast<std::uint32_t>(length) << 24;
 }
 
 std::uint32_t ask_cell(IcuConverter& icu, const std::string& bytes) {
   std::array<char16_t, 8> units{};
   DecodingCursor c{bytes.data(), bytes.data() + bytes.size(), units.data(), units.data() + units.size()};
-  if (!is_success(icu.try_decode(c, false)) || c.to != &units[1] || icu.is_decoding_pending()) return 0;
+  if (U_FAILURE(icu.try_decode(c, false)) || c.to != &units[1]) return 0;
   std::array<char, 4> utf8{};
   std::size_t length = 0;
   U8_APPEND_UNSAFE(utf8.data(), length, static_cast<UChar32>(units[0]));
@@ -37,7 +30,7 @@ std::uint32_t ask_cell(IcuConverter& icu, const std::string& bytes) {
 std::uint32_t ask_bytes(IcuConverter& icu, char16_t unit) {
   std::array<char, 16> bytes{};
   EncodingCursor c{&unit, &unit + 1, bytes.data(), bytes.data() + bytes.size()};
-  if (!is_success(icu.try_encode(c, false)) || icu.is_encoding_pending()) return 0;
+  if (U_FAILURE(icu.try_encode(c, false))) return 0;
   return cell_of(bytes.data(), static_cast<std::size_t>(c.to - bytes.data()));
 }
 

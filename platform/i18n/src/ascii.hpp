@@ -10,12 +10,7 @@ namespace ku::i18n::detail {
 /// ASCII is looked for in blocks of that many bytes.
 constexpr std::size_t ascii_block = 16;
 
-/// The bytes of the block at `from` that are not ASCII, a bit each.
-inline unsigned find_others(const char* from) {
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
-}
-
-/// The same, and copies the block.
+/// Copies the block at `from`, and tells which of its bytes are not ASCII, a bit each.
 inline unsigned copy_block(const char* from, char* to) {
   const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);

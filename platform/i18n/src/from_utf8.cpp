@@ -51,7 +51,7 @@ DirectCursor convert_from_utf8(DirectCursor c, const CodeTables& target) {
     if (cell == 0) return false;
     now.from += length;
     put(now, cell);
-    return now.from == now.end || (keeps_ascii && byte_at(now.from, 0) < 0x80) || convert_dense(now, target);
+    return (keeps_ascii && byte_at(now.from, 0) < 0x80) || convert_dense(now, target);
   });
 }
 

@@ -38,7 +38,7 @@ DirectCursor convert_in_sight(DirectCursor c, bool keeps_ascii, Step step) {
     const char* const full = c.limit - sizeof(std::uint32_t);
     while (c.from <= pause && c.to <= full) {
       if (!step(c)) return c;
-      if (keeps_ascii && c.from < c.end && byte_at(c.from, 0) < 0x80) break;
+      if (keeps_ascii && byte_at(c.from, 0) < 0x80) break;  // no step comes to the end
     }
   }
   return c;
