@@ -5,9 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <optional>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -44,28 +42,10 @@ std::u16string slow_decode_utf8(const std::string& text) {
   return result;
 }
 
-class Utf8 : public testing::Test {
-protected:
-  void check_tolerant(const std::string& text) {
-    ASSERT_EQ(tolerant_.convert(text.data(), text.size()), slow_decode_utf8(text)) << testing::PrintToString(text);
-  }
-
-  codecvt_string_to_ustring tolerant_{"UTF-8", true};
-};
-
-TEST_F(Utf8, MarksEachMaximalSubpartOfSequencesOfThreeBytes) {
-  for (int first = 0; first < 256; ++first)
-    for (int second = 0; second < 256; ++second)
-      for (int third = 0; third < 256; third += 15) {
-        check_tolerant(at({first, second, third}));
-        if (HasFatalFailure()) return;
-      }
-}
-
-TEST_F(Utf8, StrictAndTolerantAgreeAtEveryBorderOfTheTable) {
+TEST(Utf8, IsJudgedByTheTableAtEveryBorder) {
   const std::vector<int> borders{0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xC1, 0xC2, 0xDF,
                                  0xE0, 0xE1, 0xEC, 0xED, 0xEE, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF};
-  codecvt_string_to_ustring strict("UTF-8", false);
+  codecvt_string_to_ustring strict("UTF-8", false), tolerant("UTF-8", true);
   codecvt_ustring_to_string back("UTF-8", false);
   std::vector<std::string> texts{""};
   for (std::size_t length = 1; length <= 4; ++length) {
@@ -74,9 +54,8 @@ TEST_F(Utf8, StrictAndTolerantAgreeAtEveryBorderOfTheTable) {
       for (const int byte : borders) longer.push_back(text + at({byte}));
     texts = std::move(longer);
     for (std::size_t i = 0; i < texts.size(); ++i) {
-      check_tolerant(texts[i]);
-      if (HasFatalFailure()) return;
       const auto expected = slow_decode_utf8(texts[i]);
+      ASSERT_EQ(tolerant.convert(texts[i].data(), length), expected) << testing::PrintToString(texts[i]);
       if (expected.find(u'\xFFFD') == std::u16string::npos) {
         ASSERT_EQ(strict.convert(texts[i].data(), length), expected);
         ASSERT_EQ(back.convert(expected.data(), expected.size()), texts[i]);
@@ -85,35 +64,6 @@ TEST_F(Utf8, StrictAndTolerantAgreeAtEveryBorderOfTheTable) {
             << testing::PrintToString(texts[i]);
       }
     }
-  }
-}
-
-TEST_F(Utf8, IsRightAmongNeighboursOfEveryLength) {
-  const std::vector<std::pair<std::u16string, std::string>> pieces{{u"a", "a"},
-                                                                   {u"~", "~"},
-                                                                   {u"\u0080", "\u0080"},
-                                                                   {u"\u07FF", "\u07FF"},
-                                                                   {u"\u0800", "\u0800"},
-                                                                   {u"\uFFFF", "\uFFFF"},
-                                                                   {u"\U00010000", "\U00010000"},
-                                                                   {u"\U0010FFFF", "\U0010FFFF"},
-                                                                   {u"\xD800-", "\uFFFD-"},
-                                                                   {u"\xDFFF", "\uFFFD"}};
-  codecvt_ustring_to_string encoder("UTF-8", true);
-  std::minstd_rand random(1);
-  for (int round = 0; round < 20000 && !HasFatalFailure(); ++round) {
-    std::u16string units;
-    std::string bytes;
-    const std::size_t kinds = 1 + random() % pieces.size();
-    for (std::size_t left = random() % 50; left > 0; --left) {
-      const auto& [more_units, more_bytes] = pieces[random() % kinds];
-      units += more_units;
-      bytes += more_bytes;
-    }
-    ASSERT_EQ(encoder.convert(units.data(), units.size()), bytes);
-    check_tolerant(bytes);
-    if (!bytes.empty()) bytes[random() % bytes.size()] = static_cast<char>(random());
-    check_tolerant(bytes);
   }
 }
 

@@ -47,6 +47,11 @@ TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {
       EXPECT_THROW(Traits::to_internal(bad), CvtInvalidCharacter);
     EXPECT_EQ(to_string(u"a\xD800z"), "a\xEF\xBF\xBDz") << "messages always come out";
   });
+  for (const auto& [locale, native] : {std::pair("en_US.IBM-037", "\x81\x82"), {"ja_JP.ISO-2022-JP", "ab"}})
+    in_environment({{"LANG", locale}}, [native = native] {
+      EXPECT_EQ(to_string(u"ab"), native);
+      EXPECT_EQ(Traits::to_internal(native), u"ab");
+    });
   for (const auto* const locale : {"C", "de_DE", "de_DE.no-such-encoding"})  // where none is known, UTF-8
     in_environment({{"LANG", locale}}, [] { EXPECT_EQ(Traits::to_external(u"\u00FC"), "\xC3\xBC"); });
 }

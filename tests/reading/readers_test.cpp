@@ -126,6 +126,20 @@ INSTANTIATE_TEST_SUITE_P(Each, Readers,
 
 // What a transcript cannot say.
 
+struct OwnReader final : QARFileReader {
+  using QARFileReader::QARFileReader;
+  const char* getTransformId() override { return ""; }
+  unsigned int read(void*, unsigned int) override { return 0; }
+};
+
+TEST(FileReaders, CanBeAProgramsOwnAndReadWhatIsLarge) {
+  const TemporaryDirectory directory;
+  const auto content = pattern(17 << 20);
+  OwnReader reader(directory.file("large", content));
+  EXPECT_EQ(reader.ready(), 0);
+  EXPECT_TRUE(text(reader.readAll()) == content);
+}
+
 #ifndef __SANITIZE_THREAD__  // which shadows each of the 4 GiB
 TEST(FileReaders, CountBeyond32BitsAndNeverAsFarAsTheFailureValue) {
   constexpr std::size_t size = std::size_t{1} << 32, piece = 1 << 26;

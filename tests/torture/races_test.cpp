@@ -18,8 +18,6 @@
 #include <atomic>
 #include <clocale>
 #include <cstdio>
-#include <filesystem>
-#include <functional>
 #include <map>
 #include <string>
 #include <thread>
@@ -27,25 +25,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which have these functions themselves
-#define HAS_READS 1
-std::function<void()> before_each_read = [] {};
-#pragma GCC visibility push(default)
-extern "C" {
-ssize_t read(int handle, void* to, size_t size) {
-  before_each_read();
-  return ::syscall(SYS_read, handle, to, size);
-}
-ssize_t pread(int handle, void* to, size_t size, off_t at) {
-  before_each_read();
-  return ::syscall(SYS_pread64, handle, to, size, at);
-}
-}
-#pragma GCC visibility pop
-#endif
 
 namespace Korvane::qardatainterfaces {
 namespace {
@@ -98,33 +77,6 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
   }
   EXPECT_GE(outcomes.size(), 3U) << "hardly a race";
 }
-
-#if HAS_READS
-TEST(Races, FilesMayGrowAndShrinkAndVanishAtEachRead) {
-  const TemporaryDirectory directory;
-  QARFileReaderFactory factory;
-  const auto content = pattern(300000);
-  const std::size_t sizes[] = {0, 1, 65536, 70000, 200000, 300000};
-  std::size_t reads = 0, shortest = ~0UL, longest = 0;
-  for (unsigned long first = 0; first < 6; ++first)
-    for (unsigned long step = 1; step < 12; ++step)
-      for (const unsigned int chunk_size : {0U, 1000U, 50000U, 100000U}) {
-        const auto reader = factory.getReader(directory.file("name", content.substr(0, sizes[first])));
-        before_each_read = [&, next = first]() mutable {
-          next += step;
-          if (++reads % 13 == 0) std::filesystem::remove(directory.native("name"));  // the reader keeps the old one
-          directory.file("name", content.substr(0, sizes[next % 6]));
-        };
-        std::string all = chunk_size == 0 ? text(reader->readAll()) : "";
-        while (chunk_size > 0 && reader->more()) all += chunk(*reader, chunk_size);
-        before_each_read = [] {};
-        ASSERT_TRUE(content.compare(0, all.size(), all) == 0) << first << ' ' << step << ' ' << chunk_size;
-        shortest = std::min(shortest, all.size()), longest = std::max(longest, all.size());
-      }
-  std::printf("%zu reads\n", reads);
-  EXPECT_TRUE(shortest == 0 && longest == content.size()) << shortest << ' ' << longest;
-}
-#endif
 
 // Runs `task` in many threads at once, from the very first call on, while the locale of the process changes.
 template <class Task>

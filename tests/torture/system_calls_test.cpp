@@ -33,6 +33,7 @@ struct Fault {
   const char* hit = "nothing";
 } fault;
 std::size_t injected = 0;
+std::function<void()> before_each_read;
 
 bool strikes(const char* call) {
   if (fault.countdown == 0 || --fault.countdown > 0) return false;
@@ -74,9 +75,11 @@ ssize_t readlink(const char* path, char* to, size_t size) noexcept {
   return call("readlink", SYS_readlink, path, to, size);
 }
 ssize_t read(int handle, void* to, size_t size) {
+  if (before_each_read) before_each_read();
   return call("read", SYS_read, handle, to, shortened("read", size));
 }
 ssize_t pread(int handle, void* to, size_t size, off_t at) {
+  if (before_each_read) before_each_read();
   return call("pread", SYS_pread64, handle, to, shortened("pread", size), at);
 }
 off_t lseek(int handle, off_t to, int from) noexcept { return call("lseek", SYS_lseek, handle, to, from); }
@@ -165,5 +168,27 @@ TEST_F(SystemCalls, FailWithoutDoingHarm) {
   EXPECT_GT(injected, 400U);
 }
 
+TEST_F(SystemCalls, FindFilesThatGrowShrinkAndVanishAtEachRead) {
+  const auto content = pattern(300000);
+  const std::size_t sizes[] = {0, 1, 65536, 70000, 200000, 300000};
+  std::size_t reads = 0, shortest = ~0UL, longest = 0;
+  for (unsigned long first = 0; first < 6; ++first)
+    for (unsigned long step = 1; step < 12; ++step)
+      for (const unsigned int chunk_size : {0U, 1000U, 50000U, 100000U}) {
+        const auto reader = factory.getReader(directory.file("name", content.substr(0, sizes[first])));
+        before_each_read = [&, next = first]() mutable {
+          next += step;
+          if (++reads % 13 == 0) std::filesystem::remove(directory.native("name"));  // the reader keeps the old one
+          directory.file("name", content.substr(0, sizes[next % 6]));
+        };
+        std::string all = chunk_size == 0 ? text(reader->readAll()) : "";
+        while (chunk_size > 0 && reader->more()) all += chunk(*reader, chunk_size);
+        before_each_read = nullptr;
+        ASSERT_TRUE(content.compare(0, all.size(), all) == 0) << first << ' ' << step << ' ' << chunk_size;
+        shortest = std::min(shortest, all.size()), longest = std::max(longest, all.size());
+      }
+  std::printf("%zu reads\n", reads);
+  EXPECT_TRUE(shortest == 0 && longest == content.size()) << shortest << ' ' << longest;
+}
 }  // namespace
 }  // namespace Korvane::qardatainterfaces

@@ -101,6 +101,9 @@ TEST_P(Transforms, AgreeWithTheTwoConvertersOneAfterTheOtherInEveryCodePage) {
     const auto units = ku::i18n::codecvt_string_to_ustring(from, true).convert(text.data(), text.size());
     return ku::i18n::codecvt_ustring_to_string(to, true).convert(units.data(), units.size());
   };
+  // In BOCU-1, two units come of a byte: a block is full, with half a character, before its bytes are taken.
+  std::string pairs(5441, 'x');
+  for (int i = 0; i < 8192; ++i) pairs += "\U00010330";
   const auto& [name, make, from, to] = GetParam();
   for (const auto& page : code_page_names()) {
     const ContentLocale locale(page);
@@ -108,7 +111,8 @@ TEST_P(Transforms, AgreeWithTheTwoConvertersOneAfterTheOtherInEveryCodePage) {
     const auto good = *from == 0 ? all_characters(page) : convert(all_characters(page), page, from);
     std::string faulty = good + "\xF0\x90\x90\xB7";
     for (std::size_t i = 50; i < faulty.size(); i += 1009) faulty[i] = static_cast<char>(0x80 + i % 128);
-    for (const auto& in : {good, faulty}) EXPECT_TRUE(transformed(in) == convert(in, from, to)) << page;
+    for (const auto& in : {good, faulty, convert(pairs, "UTF-8", from)})
+      EXPECT_TRUE(transformed(in) == convert(in, from, to)) << page;
   }
 }
 
