@@ -102,6 +102,7 @@ protected:
       {"resize", [&](auto& row) { fs::resize_file(directory->native(row.at(1)), std::stoul(row.at(2))); }},
       {"remove", [&](auto& row) { fs::remove(directory->native(row.at(1))); }},
       {"open", [&](auto& row) { reader = factory->getReader(path(row.at(1))); }},
+      {"runtime", [&](auto& row) { reader = factory->getRuntimeReader(path(row.at(1))); }},
       {"stream", [&](auto& row) { open_stream(row.at(1), row.at(2), row.at(3)); }},
       {"append", [&](auto& row) { stream->append(row.at(1)); }},
       {"id", [&](auto& row) { EXPECT_EQ(reader->getTransformId(), row.at(1)); }},
