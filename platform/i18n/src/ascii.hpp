@@ -17,6 +17,13 @@ inline unsigned copy_block(const char* from, char* to) {
   return static_cast<unsigned>(_mm_movemask_epi8(bytes));
 }
 
+/// Two blocks.
+constexpr std::size_t stretch = 2 * ascii_block;
+
+inline std::uint32_t copy_stretch(const char* from, char* to) {
+  return copy_block(from, to) | copy_block(from + ascii_block, to + ascii_block) << ascii_block;
+}
+
 /// Where the first byte is whose bit is set; there must be one.
 inline std::size_t first_of(std::uint64_t bits) { return static_cast<unsigned>(__builtin_ctzll(bits)); }
 

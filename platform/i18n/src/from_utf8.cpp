@@ -5,53 +5,92 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Appends what begins at the bits of `starts`, and returns where something begins that the code page has not; or else
-// `end`.
+// Each puts a part of the text, or what stands in front of something that the code page has not, and returns whether
+// there is nothing like that.
+
+// With few characters that are not ASCII: the text behind each is copied whole, and again behind the next one.
+bool put_sparse(DirectCursor& c, std::uint64_t others, const CodeTables& target) {
+  const char* const from = c.from;
+  char* to = c.to;  // of the stretch, moved on by what its characters have grown
+  std::size_t end = stretch;
+  while (others != 0) {
+    const std::size_t at = first_of(others);
+    const auto [code, length] = first_short_character(from + at);
+    const auto cell = length == 0 ? 0 : target.unit(static_cast<char16_t>(code));
+    if (cell == 0) {
+      c.from = from + at;
+      c.to = to + at;
+      return false;
+    }
+    std::memcpy(to + at, &cell, sizeof(cell));
+    to += CodeTables::length(cell);
+    to -= length;
+    copy_stretch(from + at + length, to + at + length);
+    others &= ~std::uint64_t{0} << (at + length);
+    end = std::max(end, at + length);
+  }
+  c.from = from + end;
+  c.to = to + end;
+  return true;
+}
+
+// The characters that begin at the bits of `starts`.
 template <class CellOf>
-std::size_t put_characters(DirectCursor& c, const Utf8Block::Codes& codes, std::uint64_t starts, std::size_t end,
-                           CellOf cell_of) {
+bool put_characters(DirectCursor& c, const Utf8Block::Codes& codes, std::uint64_t starts, std::size_t length,
+                    CellOf cell_of) {
   DirectCursor now = c;
   for (; starts != 0; starts &= starts - 1) {
     const std::size_t at = first_of(starts);
     const std::uint32_t cell = cell_of(codes[at]);
     if (cell == 0) {
-      end = at;
+      length = at;
       break;
     }
     put(now, cell);
   }
+  c.from += length;
   c.to = now.to;
-  return end;
+  return starts == 0;
 }
 
-// Dense text goes by blocks, and almost without a branch. Returns whether the code page had all that it came to.
-bool convert_dense(DirectCursor& c, const CodeTables& target) {
-  while (c.left() >= Utf8Block::sight && c.room() >= Utf8Block::size * sizeof(std::uint32_t)) {
-    const Utf8Block block(c.from);
-    if ((target.is_superset_of_ascii() && !block.is_dense()) || !block.is_simple()) break;
-    const std::size_t length = block.length();
-    const std::size_t end = block.has_pairs_at_most()
-                                ? put_characters(c, block.decode_pairs(), block.starts(), length,
-                                                 [&row = target.units(0)](char16_t unit) { return row[unit]; })
-                                : put_characters(c, block.decode(), block.starts(), length,
-                                                 [&target](char16_t unit) { return target.unit(unit); });
-    c.from += end;
-    if (end < length) return false;
+// Almost without a branch.
+bool put_dense(DirectCursor& c, const CodeTables& target) {
+  const Utf8Block block(c.from);
+  if (!block.is_simple()) return false;
+  const auto put = [&](const Utf8Block::Codes& codes, auto cell_of) {
+    return put_characters(c, codes, block.starts(), block.length(), cell_of);
+  };
+  if (!block.has_pairs_at_most()) return put(block.decode(), [&](char16_t unit) { return target.unit(unit); });
+  return put(block.decode_pairs(), [&row = target.units(0)](char16_t unit) { return row[unit]; });
+}
+
+DirectCursor convert_parts(DirectCursor c, bool keeps_ascii, const CodeTables& target) {
+  constexpr std::size_t room = Utf8Block::size * sizeof(std::uint32_t);
+  for (bool known = true; known && c.left() >= Utf8Block::sight + stretch && c.room() >= room;) {
+    const auto others = copy_stretch(c.from, c.to);
+    if (!keeps_ascii || are_dense(others)) {
+      known = put_dense(c, target);
+    } else if (others == 0) {
+      c.advance(stretch);
+      c.advance(copy_long_run(c.from, c.both(), c.to));
+    } else {
+      known = put_sparse(c, others, target);
+    }
   }
-  return true;
+  return c;
 }
 
 }  // namespace
 
 DirectCursor convert_from_utf8(DirectCursor c, const CodeTables& target) {
   const bool keeps_ascii = target.is_superset_of_ascii();
-  return convert_by_steps(c, keeps_ascii, [&](DirectCursor& now) {
+  return convert_by_steps(convert_parts(c, keeps_ascii, target), keeps_ascii, [&](DirectCursor& now) {
     const auto [code, length] = first_short_character(now.from);
     const auto cell = length == 0 ? 0 : target.unit(static_cast<char16_t>(code));
     if (cell == 0) return false;
     now.from += length;
     put(now, cell);
-    return (keeps_ascii && byte_at(now.from, 0) < 0x80) || convert_dense(now, target);
+    return true;
   });
 }
 

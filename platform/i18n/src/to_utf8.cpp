@@ -3,27 +3,28 @@
 namespace ku::i18n::detail {
 namespace {
 
-constexpr std::size_t stretch = 2 * ascii_block;
-
 using Singles = CodeTables::ByByte::Row;
 
 // Each puts a stretch, or what stands in front of a byte that is no character, and returns whether there is none.
 
 // With few characters that are not ASCII: the text behind each is copied whole, and again behind the next one.
 bool put_sparse(DirectCursor& c, unsigned others, const Singles& singles) {
-  const DirectCursor start = c;
+  const char* const from = c.from;
+  char* to = c.to;  // of the stretch, moved on by what its characters have grown
   for (; others != 0; others &= others - 1) {
     const std::size_t at = first_of(others);
-    c.to += start.from + at - c.from;
-    c.from = start.from + at;
-    const auto cell = singles[byte_at(c.from, 0)];
-    if (cell == 0) return false;
-    put(c, cell);
-    ++c.from;
-    copy_block(c.from, c.to);
-    copy_block(c.from + ascii_block, c.to + ascii_block);
+    const auto cell = singles[byte_at(from, at)];
+    if (cell == 0) {
+      c.from = from + at;
+      c.to = to + at;
+      return false;
+    }
+    std::memcpy(to + at, &cell, sizeof(cell));
+    to += CodeTables::length(cell) - 1;
+    copy_stretch(from + at + 1, to + at + 1);
   }
-  c.advance(stretch - static_cast<std::size_t>(c.from - start.from));
+  c.from = from + stretch;
+  c.to = to + stretch;
   return true;
 }
 
@@ -46,8 +47,7 @@ bool put_dense(DirectCursor& c, const Singles& singles) {
 
 DirectCursor convert_stretches(DirectCursor c, bool keeps_ascii, const Singles& singles) {
   for (bool known = true; known && c.left() >= 2 * stretch && c.room() >= stretch * sizeof(std::uint32_t);) {
-    const auto low = copy_block(c.from, c.to), high = copy_block(c.from + ascii_block, c.to + ascii_block);
-    const unsigned others = low | high << ascii_block;
+    const auto others = copy_stretch(c.from, c.to);
     if (!keeps_ascii || are_dense(others)) {
       known = put_dense(c, singles);
     } else if (others == 0) {
