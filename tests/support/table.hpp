@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <fstream>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -36,7 +35,6 @@ inline std::string field(const std::string& text) {
 
 /// The rows of a text file in tests/: at least two blanks stand between fields, and # begins a comment.
 inline std::vector<Row> table(const std::string& name) {
-  static const std::regex gap("  +");
   std::ifstream file(ZRQAR_SOURCE_DIR "/tests/" + name);
   std::vector<Row> rows;
   std::string line;
@@ -44,8 +42,10 @@ inline std::vector<Row> table(const std::string& name) {
     if (line.empty() || line[0] == '#') continue;
     rows.emplace_back();
     rows.back().place = name + ':' + std::to_string(number);
-    for (std::sregex_token_iterator next(line.begin(), line.end(), gap, -1), end; next != end; ++next)
-      rows.back().push_back(field(*next));
+    for (std::size_t from = 0, gap = 0; from < line.size(); from = line.find_first_not_of(' ', gap)) {
+      gap = line.find("  ", from);
+      rows.back().push_back(field(line.substr(from, gap - from)));
+    }
   }
   EXPECT_FALSE(rows.empty()) << name;
   return rows;
