@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <ios>
 #include <memory>
-#include <string>
 
 namespace Korvane::qardatainterfaces {
 

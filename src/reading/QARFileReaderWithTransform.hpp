@@ -39,7 +39,7 @@ private:
   unsigned long position_ = 0;
   bool prepared_ = false;
   bool gathered_ = false;
-  bool untransformed_ = false;  // gathered, and then the transform raised something
+  bool untransformed_ = false;  // gathered, and no transform of it has returned yet
   QARByteArray output_;
 };
 

@@ -41,7 +41,7 @@ bool StreamCollector::readToEnd() {
   constexpr std::uint64_t step = 8192;
   constexpr int patience = 100;
   for (int idle = 0; idle < patience;) {
-    bytes_.resize(total_ + step);  // zeros, should the stream claim more than it places
+    bytes_.resize(total_ + step);  // zeros, or its own bytes, should the stream claim more than it places
     const std::uint64_t count = std::min(stream_.read(bytes_.data() + total_, step), step);
     total_ += count;
     idle = count > 0 ? 0 : idle + 1;

@@ -1,11 +1,27 @@
-// One call of each converter with more than ICU takes at a time.
+// One call of each converter with more than ICU takes at a time, and a read of more than the kernel gives at a time.
 #include <ku/i18n/codecvt.hpp>
+#include <qardatainterfaces/QARFileReaderFactory.hpp>
 
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <string>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+bool reads_all_that_a_file_has_grown() {
+  constexpr long size = 5'000'000'000;
+  const int file = ::memfd_create("sparse", 0);
+  const std::string path = "/proc/self/fd/" + std::to_string(file);
+  const bool small = ::ftruncate(file, 1) == 0;
+  const auto reader = Korvane::qardatainterfaces::QARFileReaderFactory().getRuntimeReader({path.begin(), path.end()});
+  return small && ::ftruncate(file, size) == 0 && reader->readAll().size() == size;
+}
 
 int main() {
+  if (!reads_all_that_a_file_has_grown()) return std::cout << "WRONG: growth\n", EXIT_FAILURE;
+  std::cout << "right: all 5 GB of a file that had one byte\n";
   const std::size_t count = (std::size_t{1} << 30) + 12345;
   std::u16string text(count, u'a');
   text.back() = u'\u00E9';

@@ -10,7 +10,7 @@
 
 namespace ku::i18n::detail {
 
-/// What a code page of one or two bytes says of each character by itself: asked of ICU once.
+/// What a code page says of each character by itself: asked of ICU once.
 ///
 /// Whatever depends on its neighbours, is no character of the page or lies beyond U+FFFF is not in the tables.
 /// A cell holds the bytes of a character, its first byte lowest, and their number in the highest byte; 0 if there is

@@ -11,7 +11,7 @@ namespace {
 // With few characters that are not ASCII: the text behind each is copied whole, and again behind the next one.
 bool put_sparse(DirectCursor& c, std::uint64_t others, const CodeTables& target) {
   const char* const from = c.from;
-  char* to = c.to;  // of the stretch, moved on by what its characters have grown
+  std::size_t grown = 0;  // by how much the output is longer than the input; wraps where it is shorter
   std::size_t end = stretch;
   while (others != 0) {
     const std::size_t at = first_of(others);
@@ -19,18 +19,17 @@ bool put_sparse(DirectCursor& c, std::uint64_t others, const CodeTables& target)
     const auto cell = length == 0 ? 0 : target.unit(static_cast<char16_t>(code));
     if (cell == 0) {
       c.from = from + at;
-      c.to = to + at;
+      c.to += at + grown;
       return false;
     }
-    std::memcpy(to + at, &cell, sizeof(cell));
-    to += CodeTables::length(cell);
-    to -= length;
-    copy_stretch(from + at + length, to + at + length);
+    std::memcpy(c.to + (at + grown), &cell, sizeof(cell));
+    grown += CodeTables::length(cell) - length;
+    copy_stretch(from + at + length, c.to + (at + length + grown));
     others &= ~std::uint64_t{0} << (at + length);
     end = std::max(end, at + length);
   }
   c.from = from + end;
-  c.to = to + end;
+  c.to += end + grown;
   return true;
 }
 
