@@ -89,6 +89,12 @@ TEST(Encodings, AreRefusedByNameWithoutBeingTakenForAnInvalidCharacter) {
     }
 }
 
+TEST(Encodings, RefuseEscapesThatNobodyKnows) {
+  for (const std::string text : {"\x1B\x01\x01", "\x1B$)C"})
+    EXPECT_THROW(codecvt_string_to_ustring("ISO-2022-JP", false).convert(text.data(), text.size()),
+                 CvtInvalidCharacter);
+}
+
 TEST(Encodings, WithoutAsciiHaveAVisibleSubstituteToo) {
   codecvt_ustring_to_string encoder("GB_2312-80", true);
   EXPECT_EQ(encoder.convert(u"a\u4E00", 2), "\x23\x3F\x52\x3B");

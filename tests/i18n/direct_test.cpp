@@ -96,7 +96,7 @@ TEST(Directly, TakesAllUpToTheFirstOffenceAnywhere) {
   }
 }
 
-TEST(Directly, TakesNothingAmidACharacterWithoutRoomOrBetweenCodePages) {
+TEST(Directly, TakesNothingAmidACharacterOrWithoutRoomOrUtf8) {
   char placed[9];
   char16_t units[9];
   for (const char* const target : {"KOI8-R", "UTF-8"}) {

@@ -33,7 +33,6 @@ public:
   }
 
   bool is_ascii() const noexcept { return others_ == 0; }
-  bool is_dense() const noexcept { return are_dense(others_); }
 
   /// Whether the text is well-formed if it begins with the continuations `due`; only then, and sets which ones are
   /// due behind it.
