@@ -4,5 +4,5 @@
 set -euo pipefail
 described=$(mktemp)
 trap 'rm -f "$described"' EXIT
-"$1" >"$described"
+"$1" "$2" >"$described"
 diff "$2" "$described" || { echo "write it anew with ./dev codepages" >&2; exit 1; }

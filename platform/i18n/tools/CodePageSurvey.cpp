@@ -1,9 +1,10 @@
 #include "CodePageSurvey.hpp"
 
+#include "texts.hpp"
+
 #include <ku/i18n/codecvt.hpp>
 
 #include <unicode/ucnv.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -20,11 +21,6 @@ using Decoder = ku::i18n::codecvt_string_to_ustring;
 using Encoder = ku::i18n::codecvt_ustring_to_string;
 
 constexpr char32_t block_size = 0x100;
-
-std::u16string to_utf16(char32_t code) {
-  if (code < 0x10000) return {static_cast<char16_t>(code)};
-  return {static_cast<char16_t>(0xD7C0 + (code >> 10)), static_cast<char16_t>(0xDC00 | (code & 0x3FF))};
-}
 
 std::u32string to_codes(const std::u16string& text) {
   std::u32string codes;
@@ -141,6 +137,8 @@ private:
       fault("U+" + hexadecimal(code) + " is dropped");
     else if (back == character)
       ++survey_.kept;
+    else if (back && back->size() > 1 && are_equivalent(*back, character))
+      ++survey_.in_pieces;
     else
       survey_.not_read.push_back(code);
   }
@@ -155,9 +153,9 @@ private:
       if (text == std::u16string{static_cast<char16_t>(byte)}) continue;
       survey_.ascii = false;
       if (byte >= 0x20 && byte < 0x7F) printable = false;
-      if (text && !text->empty()) moved += byte;
+      if (text && text->size() == 1 && (text->front() < 0x20 || text->front() == 0x7F)) moved += byte;
     }
-    if (printable && !moved.empty()) fault("is ASCII but for " + hexadecimal(moved));
+    if (printable && !moved.empty()) fault("exchanges the controls " + hexadecimal(moved));
   }
 
   // All sequences of one and two bytes; longer ones grow, by sample, from those that wait for more.
@@ -229,23 +227,57 @@ private:
   Encoder clean_encoder_{name_, true}, dirty_encoder_{name_, true};
 };
 
+struct OwnName {
+  const char* name;
+  const char* page;
+  bool is_own_page;
+};
+
+constexpr OwnName own_names[] = {
+#include "names.inc"
+};
+
+// Whether the library takes the name for another page than ICU does.
+bool is_taken(const std::string& alias, const std::string& page) {
+  for (const auto& own : own_names)
+    if (ucnv_compareNames(own.name, alias.c_str()) == 0) return own.is_own_page || own.page != page;
+  const bool has_number = alias.size() > 2 && ucnv_compareNames(alias.substr(0, 2).c_str(), "cp") == 0 &&
+                          alias.find_first_not_of("0123456789", 2) == std::string::npos;
+  UErrorCode status = U_ZERO_ERROR;
+  const char* const windows =
+      has_number ? ucnv_getAlias(std::string("windows-").append(alias, 2).c_str(), 0, &status) : nullptr;
+  return windows != nullptr && windows != page;
+}
+
 // The first one asks for the page. Names with options are no names here.
 std::vector<std::string> aliases_of(const std::string& page) {
   std::vector<std::string> aliases;
+  for (const auto& own : own_names)
+    if (own.page == page) aliases.emplace_back(own.name);
   UErrorCode status = U_ZERO_ERROR;
   const auto count = ucnv_countAliases(page.c_str(), &status);
   for (std::uint16_t i = 0; i < count; ++i) {
     const std::string alias = ucnv_getAlias(page.c_str(), i, &status);
     // A name that several pages share asks for one of them only.
     UErrorCode shared = U_ZERO_ERROR;
-    if (alias.find(',') == std::string::npos && ucnv_getAlias(alias.c_str(), 0, &shared) == page)
+    if (alias.find(',') == std::string::npos && ucnv_getAlias(alias.c_str(), 0, &shared) == page &&
+        !is_taken(alias, page) && std::find(aliases.begin(), aliases.end(), alias) == aliases.end())
       aliases.push_back(alias);
   }
   if (aliases.empty()) aliases.push_back(page);
   return aliases;
 }
 
-CodePageSurvey survey_code_page(const char* name, SurveyDepth depth) {
+// Of ICU's tables and the library's.
+std::vector<std::string> all_pages() {
+  std::vector<std::string> pages;
+  for (std::int32_t i = 0; i < ucnv_countAvailable(); ++i) pages.emplace_back(ucnv_getAvailableName(i));
+  for (const auto& own : own_names)
+    if (own.is_own_page && (pages.empty() || pages.back() != own.page)) pages.emplace_back(own.page);
+  return pages;
+}
+
+CodePageSurvey survey_code_page(const std::string& name, SurveyDepth depth) {
   CodePageSurvey survey;
   survey.name = name;
   survey.aliases = aliases_of(name);
@@ -276,28 +308,23 @@ bool is_refused(const std::string& name) {
   }
 }
 
-std::string table_behind(const std::string& name) {
-  UErrorCode status = U_ZERO_ERROR;
-  return is_refused(name) ? "refused" : ucnv_getAlias(name.c_str(), 0, &status);
-}
-
 }  // namespace
 
 std::vector<std::string> code_page_names() {
   std::vector<std::string> names;
-  for (std::int32_t i = 0; i < ucnv_countAvailable(); ++i) {
-    names.push_back(aliases_of(ucnv_getAvailableName(i)).front());
+  for (const auto& page : all_pages()) {
+    names.push_back(aliases_of(page).front());
     if (is_refused(names.back())) names.pop_back();
   }
   return names;
 }
 
 std::vector<CodePageSurvey> survey_code_pages(SurveyDepth depth) {
-  std::vector<CodePageSurvey> surveys(static_cast<std::size_t>(ucnv_countAvailable()));
-  std::atomic<std::int32_t> next = 0;
+  const auto pages = all_pages();
+  std::vector<CodePageSurvey> surveys(pages.size());
+  std::atomic<std::size_t> next = 0;
   const auto work = [&] {
-    for (auto i = next++; i < ucnv_countAvailable(); i = next++)
-      surveys[static_cast<std::size_t>(i)] = survey_code_page(ucnv_getAvailableName(i), depth);
+    for (auto i = next++; i < pages.size(); i = next++) surveys[i] = survey_code_page(pages[i], depth);
   };
   std::thread other(work);
   work();
@@ -307,24 +334,8 @@ std::vector<CodePageSurvey> survey_code_pages(SurveyDepth depth) {
 
 std::string describe(const std::vector<CodePageSurvey>& surveys) {
   std::ostringstream text;
-  text << "# Code pages\n"
-          "\n"
-          "What the converters make of each code page, found by converting every code point and every sequence of "
-          "two\n"
-          "bytes there and back, longer sequences by sample. Written by `codepages`; the tests compare it.\n"
-          "\n"
-          "- **characters**: code points that come back unchanged. All 1112064 make a page **lossless**; more mean "
-          "that\n"
-          "  it carries lone surrogates too. What is neither here nor in the next column is an invalid character.\n"
-          "- **not read**: code points that are written, but whose bytes are read as something else.\n"
-          "- **not rewritten**: code points that are read from bytes which are not written for them.\n"
-          "- **ASCII**: the bytes below 80 mean what they mean in ASCII, controls included.\n"
-          "- **states**: some bytes stand for no text but for a shift, an escape or a signature. A text then has "
-          "several\n"
-          "  spellings, and reading and writing it may give another one.\n"
-          "\n"
-          "| table | other names | characters | not read | not rewritten | ASCII | states |\n"
-          "|---|---|---|---|---|---|---|\n";
+  text << "| table | names | characters | in pieces | not read | not rewritten | ASCII | states |\n"
+          "|---|---|---|---|---|---|---|---|\n";
   std::string refused;
   for (const auto& survey : surveys) {
     if (survey.refused) {
@@ -335,20 +346,12 @@ std::string describe(const std::vector<CodePageSurvey>& surveys) {
     for (const auto& alias : survey.aliases)
       if (alias != survey.name && names.size() < 60) names += (names.empty() ? "" : ", ") + alias;
     text << "| " << survey.name << " | " << names << " | " << survey.kept << (survey.lossless() ? ", lossless" : "")
-         << " | " << list(survey.not_read) << " | " << list(survey.not_rewritten) << " | "
-         << (survey.ascii ? "yes" : "") << " | " << (survey.states ? "yes" : "") << " |\n";
+         << " | " << (survey.in_pieces == 0 ? "" : std::to_string(survey.in_pieces)) << " | " << list(survey.not_read)
+         << " | " << list(survey.not_rewritten) << " | " << (survey.ascii ? "yes" : "") << " | "
+         << (survey.states ? "yes" : "") << " |\n";
   }
   text << "\nRefused, since their converters drop text, or spell it depending on where it is cut, or are to be had "
           "with\noptions only: "
-       << refused << ".\n"
-       << "\n## Encodings of Linux locales\n\n| locale's name | table |\n|---|---|\n";
-  for (const auto* const name :
-       {"ANSI_X3.4-1968", "UTF-8",       "utf8",        "ISO-8859-1", "ISO-8859-2",  "ISO-8859-3",  "ISO-8859-5",
-        "ISO-8859-6",     "ISO-8859-7",  "ISO-8859-8",  "ISO-8859-9", "ISO-8859-10", "ISO-8859-13", "ISO-8859-14",
-        "ISO-8859-15",    "ISO-8859-16", "CP1251",      "CP1255",     "KOI8-R",      "KOI8-U",      "KOI8-T",
-        "TIS-620",        "SJIS",        "SHIFT_JIS",   "eucJP",      "EUC-JP",      "eucKR",       "EUC-KR",
-        "eucTW",          "EUC-TW",      "BIG5",        "BIG5-HKSCS", "GB2312",      "eucCN",       "GBK",
-        "GB18030",        "ARMSCII-8",   "GEORGIAN-PS", "PT154",      "RK1048",      "TCVN5712-1"})
-    text << "| " << name << " | " << table_behind(name) << " |\n";
+       << refused << ".\n";
   return text.str();
 }

@@ -6,12 +6,13 @@
 
 /// What the converters make of one code page, found by trying.
 struct CodePageSurvey {
-  std::string name;                  ///< of ICU's table
+  std::string name;                  ///< of ICU's table, or of the library's own
   std::vector<std::string> aliases;  ///< without converter options; the first one asks for the page
   bool refused = false;
 
   std::uint64_t kept = 0;               ///< code points that come back from their bytes
   std::uint64_t rejected = 0;           ///< code points that a strict converter refuses
+  std::uint64_t in_pieces = 0;          ///< code points that come back as a letter and accents
   std::vector<char32_t> not_read;       ///< are written, but their bytes are read as something else
   std::vector<char32_t> not_rewritten;  ///< are read from bytes that are not written for them
   bool ascii = true;                    ///< the bytes below 80 are ASCII, all of them
@@ -31,8 +32,8 @@ enum class SurveyDepth {
 /// A name for each code page that the library can be asked for.
 std::vector<std::string> code_page_names();
 
-/// All code pages that ICU offers, surveyed by two threads.
+/// All code pages that ICU and the library offer, surveyed by two threads.
 std::vector<CodePageSurvey> survey_code_pages(SurveyDepth depth);
 
-/// docs/codepages.md
+/// A table of markdown.
 std::string describe(const std::vector<CodePageSurvey>& surveys);

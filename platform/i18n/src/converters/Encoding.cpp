@@ -1,5 +1,7 @@
 #include "converters/Encoding.hpp"
 
+#include "converters/code_pages.hpp"
+
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
 
@@ -8,7 +10,6 @@
 #include <array>
 #include <map>
 #include <mutex>
-#include <string_view>
 
 namespace ku::i18n::detail {
 namespace {
@@ -38,16 +39,6 @@ char16_t find_substitute(IcuConverter& icu) {
   throw CvtExceptionBase("There is nothing to put in place of what is lacking.");  // not covered: see above
 }
 
-// ICU takes far more for a name than an encoding has: options behind a comma, names of converter files.
-const char* canonical_name(const std::string& name) {
-  UErrorCode status = U_ZERO_ERROR;
-  const bool plain = name.find_first_of(std::string_view(",\0", 2)) == std::string::npos;
-  const char* const canonical = plain ? ucnv_getAlias(name.c_str(), 0, &status) : nullptr;
-  check(status);
-  if (canonical == nullptr) throw CvtExceptionBase("There is no converter for the encoding.");
-  return canonical;
-}
-
 // Should ICU lack the memory to set up its tables when they are first needed, it never tries again: have it done when
 // the library is loaded.
 [[gnu::constructor]] void set_up_icu() {
@@ -60,8 +51,8 @@ public:
   const Encoding& find(const std::string& name) {
     const std::lock_guard lock(mutex_);
     if (const auto known = names_.find(name); known != names_.end()) return *known->second;
-    const char* const canonical = canonical_name(name);
-    const auto& encoding = encodings_.try_emplace(canonical, canonical).first->second;
+    const auto code_page = find_code_page(name);
+    const auto& encoding = encodings_.try_emplace(code_page, code_page).first->second;
     // One encoding has any number of names, since ICU passes over punctuation and case.
     if (names_.size() < most_names) names_.emplace(name, &encoding);
     return encoding;
@@ -82,7 +73,7 @@ const Encoding& Encoding::named(const std::string& name) {
   return registry.find(name.empty() ? ZrLocale::global().encoding() : name);
 }
 
-Encoding::Encoding(const char* canonical_name) : name_(canonical_name) {
+Encoding::Encoding(const std::string& code_page) : name_(code_page) {
   IcuConverter icu(name_, false);
   if (breaks_promises(icu.type())) throw CvtExceptionBase("The converter drops text, or goes by where it is cut.");
   exchanges_controls_ = decodes_to(icu, 0x1A, 0x1C);  // then it does so with all three

@@ -15,7 +15,7 @@ public:
   /// The encoding of that name, the local code page for the empty one. Raises `CvtExceptionBase` if it is refused.
   static const Encoding& named(const std::string& name);
 
-  explicit Encoding(const char* canonical_name);
+  explicit Encoding(const std::string& code_page);
 
   std::unique_ptr<IcuConverter> make_converter(bool tolerant) const;
 

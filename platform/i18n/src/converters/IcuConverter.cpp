@@ -1,5 +1,7 @@
 #include "converters/IcuConverter.hpp"
 
+#include "converters/code_pages.hpp"
+
 #include <ku/i18n/codecvt.hpp>
 
 #include <unicode/ucnv_cb.h>
@@ -71,9 +73,9 @@ IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, cha
 
 IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute,
                            UConverterToUCallback decoding, UConverterFromUCallback encoding)
-    : exchanges_controls_(exchanges_controls), substitute_(substitute) {
+    : spelling_(name), exchanges_controls_(exchanges_controls), substitute_(substitute) {
   UErrorCode status = U_ZERO_ERROR;
-  converter_.reset(ucnv_open(name.c_str(), &status));
+  converter_.reset(open_converter(name, status));
   check(status);
   ucnv_setFallback(converter_.get(), false);
   // ICU's stock callbacks drop default-ignorable characters before they look at anything else.
@@ -164,6 +166,26 @@ bool IcuConverter::is_encoding_pending() const noexcept {
   return ucnv_fromUCountPending(converter_.get(), &status) != 0;
 }
 
+bool IcuConverter::spell(UConverterFromUnicodeArgs* arguments, UChar32 code, UConverterCallbackReason reason,
+                         UErrorCode* status) noexcept try {
+  if (reason != UCNV_UNASSIGNED) return false;
+  const auto text = spelling_.find(static_cast<char32_t>(code));
+  if (text.empty()) return false;
+  const char16_t* from = text.data();
+  *status = U_ZERO_ERROR;
+  ucnv_cbFromUWriteUChars(arguments, &from, from + text.size(), 0, status);
+  return true;
+} catch (const std::bad_alloc&) {
+  *status = U_MEMORY_ALLOCATION_ERROR;
+  return true;
+}
+
+void U_CALLCONV IcuConverter::stop_encoding(const void* self, UConverterFromUnicodeArgs* arguments, const UChar*,
+                                            std::int32_t, UChar32 code, UConverterCallbackReason reason,
+                                            UErrorCode* status) {
+  const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self))->spell(arguments, code, reason, status);
+}
+
 void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUnicodeArgs* arguments, const char*,
                                                std::int32_t, UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
@@ -174,10 +196,11 @@ void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUni
 }
 
 void U_CALLCONV IcuConverter::substitute_output(const void* self, UConverterFromUnicodeArgs* arguments,
-                                                const char16_t*, std::int32_t, UChar32,
+                                                const char16_t*, std::int32_t, UChar32 code,
                                                 UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
+  if (converter->spell(arguments, code, reason, status)) return;
   converter->substituted_ = true;
   *status = U_ZERO_ERROR;
   const char16_t* replacement = &converter->substitute_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "converters/Spelling.hpp"
 #include "converters/cursor.hpp"
 
 #include <unicode/ucnv.h>
@@ -16,6 +17,7 @@ void check(UErrorCode status);
 class IcuConverter {
 public:
   /// Strict. `exchanges_controls`: see `Encoding`.
+  /// Requires: `name`, of a code page, outlives the converter.
   IcuConverter(const std::string& name, bool exchanges_controls);
   /// Tolerant, putting U+FFFD in place of input, and `substitute` in place of output, that cannot be converted.
   IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute);
@@ -52,21 +54,27 @@ private:
 
   static void U_CALLCONV stop_decoding(const void*, UConverterToUnicodeArgs*, const char*, std::int32_t,
                                        UConverterCallbackReason, UErrorCode*) {}
-  static void U_CALLCONV stop_encoding(const void*, UConverterFromUnicodeArgs*, const UChar*, std::int32_t, UChar32,
-                                       UConverterCallbackReason, UErrorCode*) {}
+  static void U_CALLCONV stop_encoding(const void* self, UConverterFromUnicodeArgs* arguments, const UChar*,
+                                       std::int32_t, UChar32 code, UConverterCallbackReason reason,
+                                       UErrorCode* status);
   static void U_CALLCONV substitute_input(const void* self, UConverterToUnicodeArgs* arguments, const char*,
                                           std::int32_t, UConverterCallbackReason reason, UErrorCode* status);
   static void U_CALLCONV substitute_output(const void* self, UConverterFromUnicodeArgs* arguments, const char16_t*,
-                                           std::int32_t, UChar32, UConverterCallbackReason reason,
+                                           std::int32_t, UChar32 code, UConverterCallbackReason reason,
                                            UErrorCode* status);
 
   IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute, UConverterToUCallback decoding,
                UConverterFromUCallback encoding);
 
+  // In a callback: whether the character has been written in another spelling, or there was no memory for that.
+  bool spell(UConverterFromUnicodeArgs* arguments, UChar32 code, UConverterCallbackReason reason,
+             UErrorCode* status) noexcept;
+
   UErrorCode decode_slice(DecodingCursor& cursor, std::size_t slice, bool flush);
   UErrorCode encode_slice(EncodingCursor& cursor, std::size_t slice, bool flush);
 
   std::unique_ptr<UConverter, Close> converter_;
+  Spelling spelling_;
   bool exchanges_controls_;
   char16_t substitute_;
   bool substitutes_bytes_ = false;  // and not by conversion, again and again

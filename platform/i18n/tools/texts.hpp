@@ -1,0 +1,23 @@
+#pragma once
+
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+
+#include <cstdint>
+#include <string>
+
+inline std::u16string to_utf16(char32_t code) {
+  if (code < 0x10000) return {static_cast<char16_t>(code)};
+  return {static_cast<char16_t>(0xD7C0 + (code >> 10)), static_cast<char16_t>(0xDC00 | (code & 0x3FF))};
+}
+
+inline icu::UnicodeString composed(const std::u16string& text) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::UnicodeString units(text.data(), static_cast<std::int32_t>(text.size()));
+  return icu::Normalizer2::getNFCInstance(status)->normalize(units, status);
+}
+
+/// Canonically: a letter with accents is equivalent to the letter and the accents.
+inline bool are_equivalent(const std::u16string& one, const std::u16string& other) {
+  return composed(one) == composed(other);
+}
