@@ -9,6 +9,7 @@ kept=${XDG_CACHE_HOME:-$HOME/.cache}/zrqardatainterfaces/$release.tar
 
 mkdir -p "$root" "$(dirname "$kept")"
 if [ ! -e "$kept" ]; then
+  # shellcheck disable=SC2016  # apt fills these in
   mirror=$(apt-get indextargets --format '$(ORIGIN) $(LABEL) $(REPO_URI)' | sed -n 's/^Debian Debian //p' | head -n 1)
   [ -n "$mirror" ] || { echo "bare_root.sh: apt knows no Debian mirror; run apt-get update" >&2; exit 1; }
   log=$(mktemp)
