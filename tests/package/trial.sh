@@ -16,7 +16,7 @@ trap '"${sudo[@]}" dpkg --purge "${names[@]}" >/dev/null' EXIT
 "${sudo[@]}" dpkg --install "$1"/*.deb >/dev/null
 libdir=/usr/lib/$(dpkg-architecture --query DEB_HOST_MULTIARCH)
 grep --quiet '^prefix=/usr$' "$libdir/pkgconfig/zrqardatainterfaces.pc" || { echo "pkg-config: wrong prefix"; exit 1; }
-"$here/../client/run.sh" "$libdir/pkgconfig/zrqardatainterfaces.pc" g++ "$2"
+"$here/../clients/installed/run.sh" "$libdir/pkgconfig/zrqardatainterfaces.pc" g++ "$2"
 ! readelf --dynamic "$2/by-cmake/client" | grep --quiet 'R.*PATH' || { echo "the client has a run path"; exit 1; }
 for package in "$1"/*.deb; do
   dpkg --verify "$(dpkg-deb --field "$package" Package)"
