@@ -6,8 +6,8 @@ here=$(cd "$(dirname "$0")" && pwd)
 library=$(cd "$here/../../.." && pwd)
 pc=$1 cxx=$2 work=$3
 warnings="-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror"
-export PKG_CONFIG_LIBDIR
-PKG_CONFIG_LIBDIR=$(dirname "$pc")
+PKG_CONFIG_PATH=$(dirname "$pc")
+export PKG_CONFIG_PATH
 [ -s "$pc" ]
 libdir=$(pkgconf --variable=libdir zrqardatainterfaces)
 includedir=$(pkgconf --variable=includedir zrqardatainterfaces)
@@ -17,6 +17,7 @@ mkdir -p "$work"
 # Each public header by itself; the pkg-config flags do not make them system headers.
 headers=$(cd "$includedir" && find qardatainterfaces ku tavik_core qar opc -name '*.hpp')
 [ -n "$headers" ]
+# shellcheck disable=SC2001  # each line, not the whole
 sed 's/.*/#include <&>/' <<<"$headers" | split --lines=1 --additional-suffix=.cpp - "$work/header-"
 # shellcheck disable=SC2046,SC2086
 printf '%s\n' "$work"/header-*.cpp | xargs --max-procs=2 --max-args=1 \
