@@ -68,7 +68,7 @@ function(zrqar_install_rest)
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 endfunction()
 
-# The program and its manual page.
+# The program, its manual page and its completion.
 function(zrqar_install_program)
   install(TARGETS qarread RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
   set(manual ${PROJECT_SOURCE_DIR}/docs/qarread.1)
@@ -76,4 +76,6 @@ function(zrqar_install_program)
   execute_process(COMMAND gzip --best --no-name --stdout ${manual} OUTPUT_FILE ${PROJECT_BINARY_DIR}/qarread.1.gz
     COMMAND_ERROR_IS_FATAL ANY)
   install(FILES ${PROJECT_BINARY_DIR}/qarread.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT development)
+  install(FILES ${PROJECT_SOURCE_DIR}/examples/qarread.bash RENAME qarread
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT development)
 endfunction()

@@ -4,8 +4,7 @@
 # The soname carries the first number of the version. Raise it whenever a program built against the release before
 # could stop working with the new library: an exported symbol gone, a virtual operation or a field added, moved or
 # retyped, a size changed. `./dev abi` is red for each of these. Additions that leave all of that in place raise the
-# second number, everything else the third. The name of the Debian package and the version that find_package accepts
-# follow the first number by themselves.
+# second number, everything else the third. The version that find_package accepts follows the first number by itself.
 function(zrqar_library target includes)
   add_library(zrqardatainterfaces::${target} ALIAS ${target})
   # A static library may end up in somebody's shared one.
