@@ -22,4 +22,5 @@ if [ ! -e "$kept" ]; then
 else
   tar --extract --file="$kept" --directory="$root"
 fi
+chmod 0755 "$root"  # temporary folders are for one user
 cp /etc/resolv.conf /etc/hosts "$root/etc/"  # what they say may change while the root is kept

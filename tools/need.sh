@@ -16,7 +16,9 @@ if [ "$(id -u)" != 0 ]; then
   sudo=(sudo)
 fi
 echo "Installing ${missing[*]}" >&2
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
 # Nobody is asked: standard input may be no terminal, and sudo does not pass the environment on.
-"${sudo[@]}" apt-get update --quiet=2 </dev/null >&2
-"${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
-  apt-get install --quiet=2 --no-install-recommends "${missing[@]}" </dev/null >&2
+"${sudo[@]}" sh -c 'apt-get update --quiet=2 &&
+  DEBIAN_FRONTEND=noninteractive apt-get install --quiet=2 --no-install-recommends "$@"' sh "${missing[@]}" \
+  </dev/null >"$log" 2>&1 || { tail -n 20 "$log" >&2; exit 1; }
