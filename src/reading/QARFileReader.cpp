@@ -1,7 +1,7 @@
 #include <qardatainterfaces/QARFileReader.hpp>
 
-#include "FilePath.hpp"
-#include "InputFile.hpp"
+#include "input/FilePath.hpp"
+#include "input/InputFile.hpp"
 
 #include <ku/i18n/to_string.hpp>
 #include <qar/qardatainterfaces/messages.hpp>

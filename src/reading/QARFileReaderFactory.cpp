@@ -1,11 +1,11 @@
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 
-#include "FilePath.hpp"
-#include "InputFile.hpp"
 #include "QARFileHandler.hpp"
 #include "QARFileReaderWithTransform.hpp"
 #include "QARFileReaderWithoutTransform.hpp"
 #include "QARSymbolicLinkReader.hpp"
+#include "input/FilePath.hpp"
+#include "input/InputFile.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>

@@ -1,6 +1,6 @@
 #include "QARFileReaderWithTransform.hpp"
 
-#include "FilePath.hpp"
+#include "input/FilePath.hpp"
 #include "types/ByteStorage.hpp"
 
 #include <ku/filesystem/status.hpp>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "StreamCollector.hpp"
+#include "input/StreamCollector.hpp"
 
 #include <qardatainterfaces/QARFileReader.hpp>
 

@@ -1,6 +1,6 @@
 #include "QARFileReaderWithoutTransform.hpp"
 
-#include "InputFile.hpp"
+#include "input/InputFile.hpp"
 
 #include <opc/InputStream.hpp>
 

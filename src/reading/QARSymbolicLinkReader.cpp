@@ -1,6 +1,6 @@
 #include "QARSymbolicLinkReader.hpp"
 
-#include "FilePath.hpp"
+#include "input/FilePath.hpp"
 #include "types/ByteBuffer.hpp"
 
 #include <algorithm>
