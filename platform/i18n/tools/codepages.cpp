@@ -56,10 +56,11 @@ int main(int count, char** arguments) {
     const auto comparisons = compare_with_iconv();
     for (const auto& comparison : comparisons)
       faults.insert(faults.end(), comparison.faults.begin(), comparison.faults.end());
-    const auto differences = describe_differences(comparisons, read_reasons(page), faults);
-    std::cout << fill(
-        page,
-        {{"pages", describe_pages(comparisons)}, {"differences", differences}, {"converters", describe(surveys)}});
+    const auto differences = describe_differences(comparisons, Reasons(page), faults);
+    std::cout << fill(page, {{"versions", versions() + '\n'},
+                             {"pages", describe_pages(comparisons)},
+                             {"differences", differences},
+                             {"converters", describe(surveys)}});
   }
   for (const auto& fault : faults) std::cerr << fault << '\n';
   return faults.empty() ? EXIT_SUCCESS : EXIT_FAILURE;
