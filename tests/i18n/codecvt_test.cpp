@@ -73,8 +73,9 @@ bool refuses(const std::string& encoding, bool tolerant) try {
   return false;
 } catch (const CvtInvalidCharacter&) {
   return false;
-} catch (const CvtExceptionBase&) {
-  return true;
+} catch (const CvtExceptionBase& error) {
+  const auto plain = encoding.substr(0, encoding.find('\0'));
+  return std::string(error.what()).find('"' + plain) != std::string::npos;
 }
 
 TEST(Encodings, AreRefusedByNameWithoutBeingTakenForAnInvalidCharacter) {

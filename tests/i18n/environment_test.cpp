@@ -5,9 +5,14 @@
 
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/filesystem/status.hpp>
+#include <ku/i18n/MessageCatalog.hpp>
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
+#include <qar/qardatainterfaces/messages.hpp>
+
+#include <clocale>
+#include <cstdlib>
 
 namespace ku::i18n {
 namespace {
@@ -22,8 +27,8 @@ std::string parts(const ZrLocale& locale) {
 TEST(ZrLocale, StartsAsTheFirstVariableOfTheEnvironmentThatSaysAnything) {
   const std::pair<std::map<std::string, std::string>, std::string> cases[] = {
       {{{"LC_ALL", "fr_FR.x@y"}, {"LC_CTYPE", "de_DE"}, {"LANG", "es_ES"}}, "fr_FR.x@y: fr x"},
-      {{{"LC_ALL", ""}, {"LC_CTYPE", "de_DE@euro"}, {"LANG", "es_ES"}}, "de_DE@euro: de UTF-8"},
-      {{{"LC_MESSAGES", "de_DE"}, {"LANG", "es."}}, "es.: es UTF-8"},
+      {{{"LC_ALL", ""}, {"LC_CTYPE", "de_DE@euro"}, {"LANG", "es_ES"}}, "de_DE@euro: es UTF-8"},
+      {{{"LC_MESSAGES", "de_DE"}, {"LANG", "es."}}, "es.: de UTF-8"},
       {{{"LANG", "POSIX.ISO-8859-15"}}, "POSIX.ISO-8859-15:  ISO-8859-15"},
       {{}, "C:  UTF-8"}};
   for (const auto& [variables, expected] : cases)
@@ -33,6 +38,44 @@ TEST(ZrLocale, StartsAsTheFirstVariableOfTheEnvironmentThatSaysAnything) {
       EXPECT_EQ(parts(ZrLocale("")), expected) << "the environment is asked once";
       EXPECT_EQ(parts(ZrLocale::global()), "ja_JP.SJIS: ja SJIS");
     });
+}
+
+TEST(ZrLocale, WantsMessagesInTheLanguagesOfTheEnvironment) {
+  const std::pair<std::map<std::string, std::string>, std::string> cases[] = {
+      {{{"LC_CTYPE", "ja_JP.UTF-8"}, {"LC_MESSAGES", "en_US.UTF-8"}}, "en_US: The file \"x\" does not exist."},
+      {{{"LC_ALL", "de_DE"}, {"LC_MESSAGES", "en_US"}}, "de_DE: Die Datei „x“ existiert nicht."},
+      {{{"LANG", "de_DE"}, {"LANGUAGE", "ca:zh_TW.UTF-8@x::fr"}}, "ca:zh_TW:fr:de_DE: 檔案「x」不存在。"},
+      {{{"LANG", "de_DE"}, {"LANGUAGE", "en:fr"}}, "en:fr:de_DE: The file \"x\" does not exist."},
+      {{{"LANG", "de_DE"}, {"LANGUAGE", "ca"}}, "ca:de_DE: Die Datei „x“ existiert nicht."},
+      {{{"LANG", "ca_ES"}}, "ca_ES: The file \"x\" does not exist."},
+      {{{"LC_MESSAGES", "C.UTF-8"}, {"LANG", "de_DE"}, {"LANGUAGE", "fr"}}, ": The file \"x\" does not exist."}};
+  for (const auto& [variables, expected] : cases)
+    in_environment(variables, [&expected = expected] {
+      const auto text = MessageCatalog::get_message(qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST("x"),
+                                                    ZrLocale::global());
+      EXPECT_EQ(ZrLocale::global().languages() + ": " +
+                    codecvt_ustring_to_string("UTF-8", false).convert(text.data(), text.size()),
+                expected);
+    });
+}
+
+// localedef makes the locales, in a folder where the C library is told to look.
+TEST(ZrLocale, TakesTheEncodingOfTheInstalledLocaleWhereItsNameHasNone) {
+  const TemporaryDirectory directory;
+  const auto define = [&](const std::string& name, const std::string& encoding) {
+    const auto command =
+        "localedef --no-archive -i " + name + " -f " + encoding + " '" + directory.native(name) + "' >/dev/null 2>&1";
+    return std::system(command.c_str()) == 0;
+  };
+  if (!define("de_DE", "ISO-8859-1") || !define("de_DE@euro", "ISO-8859-15"))
+    GTEST_SKIP() << "the package locales is not installed";
+  in_environment({{"LOCPATH", directory.native("")}, {"LANG", "de_DE@euro"}}, [] {
+    EXPECT_EQ(parts(ZrLocale("")), "de_DE@euro: de ISO-8859-15");
+    EXPECT_EQ(parts(ZrLocale("de_DE")), "de_DE: de ISO-8859-1");
+    EXPECT_EQ(parts(ZrLocale("de_DE.KOI8-R")), "de_DE.KOI8-R: de KOI8-R");
+    EXPECT_EQ(parts(ZrLocale("fr_FR")), "fr_FR: fr UTF-8");
+    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C") << "the locale of the process is not ours to change";
+  });
 }
 
 TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {

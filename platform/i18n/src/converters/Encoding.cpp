@@ -7,6 +7,7 @@
 
 #include <unicode/uclean.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <mutex>
@@ -46,20 +47,33 @@ char16_t find_substitute(IcuConverter& icu) {
   u_init(&status);
 }
 
+// A name may be anything; a message is text.
+std::string quote(std::string name) {
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return c < 0x20 || c > 0x7E; }, '?');
+  return '"' + name + '"';
+}
+
 class Registry {
 public:
   const Encoding& find(const std::string& name) {
     const std::lock_guard lock(mutex_);
     if (const auto known = names_.find(name); known != names_.end()) return *known->second;
-    const auto code_page = find_code_page(name);
-    const auto& encoding = encodings_.try_emplace(code_page, code_page).first->second;
-    // One encoding has any number of names, since ICU passes over punctuation and case.
+    const auto& encoding = open(name);
+    // One encoding has any number of names, since punctuation and case do not count.
     if (names_.size() < most_names) names_.emplace(name, &encoding);
     return encoding;
   }
 
 private:
   static constexpr std::size_t most_names = 1000;
+
+  const Encoding& open(const std::string& name) try {
+    const auto code_page = find_code_page(name);
+    return encodings_.try_emplace(code_page, code_page).first->second;
+  } catch (const CvtExceptionBase& error) {
+    throw CvtExceptionBase("The encoding " + quote(name) + " is refused: " + error.what() + ".");
+  }
 
   std::mutex mutex_;
   std::map<std::string, Encoding> encodings_;
@@ -75,7 +89,7 @@ const Encoding& Encoding::named(const std::string& name) {
 
 Encoding::Encoding(const std::string& code_page) : name_(code_page) {
   IcuConverter icu(name_, false);
-  if (breaks_promises(icu.type())) throw CvtExceptionBase("The converter drops text, or goes by where it is cut.");
+  if (breaks_promises(icu.type())) throw CvtExceptionBase("its converter drops text, or goes by where it is cut");
   exchanges_controls_ = decodes_to(icu, 0x1A, 0x1C);  // then it does so with all three
   substitute_ = find_substitute(icu);
   is_utf8_ = icu.type() == UCNV_UTF8;

@@ -78,7 +78,7 @@ std::string find_code_page(const std::string& name) {
       if (auto page = find_icu(std::string("windows-").append(number)); !page.empty()) return page;
     if (auto page = find_icu(name); !page.empty()) return page;
   }
-  throw CvtExceptionBase("There is no converter for the encoding.");
+  throw CvtExceptionBase("there is no converter for it");
 }
 
 UConverter* open_converter(const std::string& code_page, UErrorCode& status) {

@@ -6,6 +6,7 @@
 #include <unicode/udata.h>
 #include <unicode/ures.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <new>
@@ -32,17 +33,36 @@ void check_found(UErrorCode status) {
   if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
 }
 
-BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::string& language) {
+// The texts in that language, null if there are none.
+BundleHandle find_texts(const tavik_core::MessageBundle& bundle, const std::string& language) {
+  UErrorCode status = U_ZERO_ERROR;
+  BundleHandle texts(ures_open(bundle.name, language.c_str(), &status));
+  // ICU would rather speak the environment's language than none, and refuses names that are too long for one.
+  if (status == U_USING_DEFAULT_WARNING || status == U_ILLEGAL_ARGUMENT_ERROR) return nullptr;
+  check_found(status);
+  return texts;
+}
+
+// English, in which the messages are written.
+bool is_root(const std::string& language) {
+  const auto code = language.substr(0, language.find('_'));
+  return code.empty() || code == "en" || code == "C" || code == "POSIX";
+}
+
+// In the first of the languages, with colons between them, for which there are texts; else in English.
+BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::string& languages) {
   UErrorCode status = U_ZERO_ERROR;
   udata_setAppData(bundle.name, bundle.data, &status);
   check_found(status);
-  status = U_ZERO_ERROR;  // from the second time on it warns
-  BundleHandle texts(ures_open(bundle.name, language.empty() ? "root" : language.c_str(), &status));
-  // ICU would rather speak the environment's language than English, and refuses names that are too long for one.
-  if (status == U_USING_DEFAULT_WARNING || status == U_ILLEGAL_ARGUMENT_ERROR) {
-    status = U_ZERO_ERROR;
-    texts.reset(ures_open(bundle.name, "root", &status));
+  for (std::size_t begin = 0; begin < languages.size();) {
+    const auto end = std::min(languages.find(':', begin), languages.size());
+    const auto language = languages.substr(begin, end - begin);
+    if (is_root(language)) break;
+    if (auto texts = find_texts(bundle, language)) return texts;
+    begin = end + 1;
   }
+  status = U_ZERO_ERROR;  // from the second time on it warns
+  BundleHandle texts(ures_open(bundle.name, "root", &status));
   check_found(status);
   return texts;
 }
@@ -59,7 +79,7 @@ icu::UnicodeString text_of(const std::string& argument) {
 }  // namespace
 
 std::u16string MessageCatalog::get_message(const tavik_core::BaseMsgID& id, const ZrLocale& locale) {
-  const auto texts = open_bundle(id.bundle(), locale.language());
+  const auto texts = open_bundle(id.bundle(), locale.languages());
   UErrorCode status = U_ZERO_ERROR;
   std::int32_t length = 0;
   const char16_t* const pattern = ures_getStringByKey(texts.get(), id.name().c_str(), &length, &status);

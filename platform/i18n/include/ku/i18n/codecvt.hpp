@@ -7,23 +7,27 @@
 
 namespace ku::i18n {
 
-/// Why a conversion, or the making of a converter, failed. Its text is a constant.
+/// Why a conversion, or the making of a converter, failed. Where an encoding is refused, its text names it.
 ///
 /// Threads  Immutable; may be used by several threads.
 class [[gnu::visibility("default")]] CvtExceptionBase : public std::exception {
 public:
   /// Requires: `what` lives as long as the program.
   explicit CvtExceptionBase(const char* what) noexcept : what_(what) {}
+  /// Keeps a copy of the text, up to its first zero byte for `what()`. May raise `std::bad_alloc`.
+  explicit CvtExceptionBase(const std::string& what)
+      : text_(std::make_shared<const std::string>(what)), what_(text_->c_str()) {}
   /// Copies share the text.
   /// @{
   CvtExceptionBase(const CvtExceptionBase&) = default;
   CvtExceptionBase& operator=(const CvtExceptionBase&) = default;
   /// @}
   ~CvtExceptionBase() override;
-  /// The constant text.
+  /// Lives as long as the exception or a copy of it.
   const char* what() const noexcept override;
 
 private:
+  std::shared_ptr<const std::string> text_;  // null for a constant
   const char* what_;
 };
 
