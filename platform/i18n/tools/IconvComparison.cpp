@@ -298,9 +298,8 @@ private:
     const auto ours = ours_.encode(code);
     const auto theirs = judge_.encode(code);
     if (ours) count(code, *ours);
-    if (ours == theirs) return;
-    (ours ? theirs ? other_bytes_ : more_ : lacking_).ranges.add(code);
     if (has_states_ && theirs && ours_.decode(*theirs) != judge_.decode(*theirs)) read_otherwise_.ranges.add(code);
+    if (ours != theirs) (ours ? theirs ? other_bytes_ : more_ : lacking_).ranges.add(code);
   }
 
   void count(char32_t code, const std::string& bytes) {

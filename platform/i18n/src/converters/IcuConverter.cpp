@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t slice_size = std::size_t{1} << 29;
 constexpr std::size_t exchange_size = 4096;
 
-// ICU's PC code pages exchange three controls as the hardware of their day did; text in files never meant that.
+// ICU's PC code pages rotate three controls as the hardware of their day did; text in files never meant that.
 constexpr char16_t control_from_icu(char16_t unit) {
   switch (unit) {
     case 0x1C: return 0x1A;
@@ -28,6 +28,9 @@ constexpr char16_t control_from_icu(char16_t unit) {
 }
 
 constexpr char16_t control_to_icu(char16_t unit) { return control_from_icu(control_from_icu(unit)); }
+
+// ICU's ISO-2022-KR has the won sign in 5C, where everybody else has the backslash. Its own inverse.
+constexpr char16_t exchange_won_sign(char16_t unit) { return unit == u'\\' ? u'₩' : unit == u'₩' ? u'\\' : unit; }
 
 // By `convert`, which returns whether it is done with the input of the cursor it is given.
 template <class To, class From, class Convert>
@@ -60,20 +63,19 @@ void check(UErrorCode status) {
   }
 }
 
-IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls)
-    : IcuConverter(name, exchanges_controls, 0, stop_decoding, stop_encoding) {}
+IcuConverter::IcuConverter(const std::string& name) : IcuConverter(name, 0, stop_decoding, stop_encoding) {}
 
-IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute)
-    : IcuConverter(name, exchanges_controls, substitute, substitute_input, substitute_output) {
+IcuConverter::IcuConverter(const std::string& name, char16_t substitute)
+    : IcuConverter(name, substitute, substitute_input, substitute_output) {
   UErrorCode status = U_ZERO_ERROR;
   substitutes_bytes_ = is_context_free();
   if (substitutes_bytes_) ucnv_setSubstString(converter_.get(), &substitute_, 1, &status);
   check(status);
 }
 
-IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute,
-                           UConverterToUCallback decoding, UConverterFromUCallback encoding)
-    : spelling_(name), exchanges_controls_(exchanges_controls), substitute_(substitute) {
+IcuConverter::IcuConverter(const std::string& name, char16_t substitute, UConverterToUCallback decoding,
+                           UConverterFromUCallback encoding)
+    : spelling_(name), substitute_(substitute) {
   UErrorCode status = U_ZERO_ERROR;
   converter_.reset(open_converter(name, status));
   check(status);
@@ -82,6 +84,25 @@ IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, cha
   ucnv_setToUCallBack(converter_.get(), decoding, this, nullptr, nullptr, &status);
   ucnv_setFromUCallBack(converter_.get(), encoding, this, nullptr, nullptr, &status);
   check(status);
+  if (!decodes_to(0x1A, 0x1C)) return;
+  const bool has_won_sign = type() == UCNV_ISO_2022 && decodes_to('\\', u'₩');
+  exchange_ = has_won_sign ? Exchange::controls_and_won_sign : Exchange::controls;
+}
+
+bool IcuConverter::decodes_to(char byte, char16_t expected) noexcept {
+  char16_t unit = 0;
+  DecodingCursor c{&byte, &byte + 1, &unit, &unit + 1};
+  const bool is_expected = U_SUCCESS(try_decode(c, false)) && unit == expected;
+  ucnv_resetToUnicode(converter_.get());
+  return is_expected;
+}
+
+char16_t IcuConverter::from_icu(char16_t unit) const noexcept {
+  return exchange_ == Exchange::controls ? control_from_icu(unit) : exchange_won_sign(control_from_icu(unit));
+}
+
+char16_t IcuConverter::to_icu(char16_t unit) const noexcept {
+  return exchange_ == Exchange::controls ? control_to_icu(unit) : exchange_won_sign(control_to_icu(unit));
 }
 
 bool IcuConverter::is_context_free() const noexcept {
@@ -105,7 +126,7 @@ bool IcuConverter::decode(DecodingCursor& c, std::size_t count, bool last) {
 }
 
 bool IcuConverter::encode(EncodingCursor& c, std::size_t count, bool last) {
-  const std::size_t slice = std::min(count, exchanges_controls_ ? exchange_size : slice_size);
+  const std::size_t slice = std::min(count, exchange_ != Exchange::none ? exchange_size : slice_size);
   const UErrorCode status = encode_slice(c, slice, last && slice == count);
   if (status == U_BUFFER_OVERFLOW_ERROR) return false;
   check(status);
@@ -134,18 +155,20 @@ UErrorCode IcuConverter::try_encode(EncodingCursor& c, bool last) {
 
 UErrorCode IcuConverter::decode_slice(DecodingCursor& c, std::size_t slice, bool flush) {
   char16_t* const start = c.to;
+  output_ = start;
   UErrorCode status = U_ZERO_ERROR;
   ucnv_toUnicode(converter_.get(), &c.to, c.to + std::min(c.room(), slice_size), &c.from, c.from + slice, nullptr,
                  flush, &status);
-  if (exchanges_controls_) std::transform(start, c.to, start, control_from_icu);
+  if (exchange_ != Exchange::none)
+    std::transform(start, c.to, start, [this](char16_t unit) { return from_icu(unit); });
   return status;
 }
 
 UErrorCode IcuConverter::encode_slice(EncodingCursor& c, std::size_t slice, bool flush) {
   std::array<char16_t, exchange_size> exchanged;
   const char16_t* from = c.from;
-  if (exchanges_controls_) {
-    std::transform(from, from + slice, exchanged.begin(), control_to_icu);
+  if (exchange_ != Exchange::none) {
+    std::transform(from, from + slice, exchanged.begin(), [this](char16_t unit) { return to_icu(unit); });
     from = exchanged.data();
   }
   const char16_t* const start = from;
@@ -156,14 +179,33 @@ UErrorCode IcuConverter::encode_slice(EncodingCursor& c, std::size_t slice, bool
   return status;
 }
 
-bool IcuConverter::is_decoding_pending() const noexcept {
+std::size_t IcuConverter::malformed_length() const noexcept {
+  std::array<char, 32> bytes;
+  auto length = static_cast<std::int8_t>(bytes.size());
   UErrorCode status = U_ZERO_ERROR;
-  return ucnv_toUCountPending(converter_.get(), &status) != 0;
+  ucnv_getInvalidChars(converter_.get(), bytes.data(), &length, &status);
+  return U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0;
 }
 
-bool IcuConverter::is_encoding_pending() const noexcept {
+// Called by ICU, which must not be left by an exception.
+void IcuConverter::record(const Substitution& substitution, UErrorCode* status) noexcept {
+  substituted_ = true;
+  if (record_ == nullptr) return;
+  try {
+    record_->push_back(substitution);
+  } catch (const std::bad_alloc&) {
+    *status = U_MEMORY_ALLOCATION_ERROR;
+  }
+}
+
+std::size_t IcuConverter::decoding_pending() const noexcept {
   UErrorCode status = U_ZERO_ERROR;
-  return ucnv_fromUCountPending(converter_.get(), &status) != 0;
+  return static_cast<std::size_t>(ucnv_toUCountPending(converter_.get(), &status));
+}
+
+std::size_t IcuConverter::encoding_pending() const noexcept {
+  UErrorCode status = U_ZERO_ERROR;
+  return static_cast<std::size_t>(ucnv_fromUCountPending(converter_.get(), &status));
 }
 
 bool IcuConverter::spell(UConverterFromUnicodeArgs* arguments, UChar32 code, UConverterCallbackReason reason,
@@ -183,26 +225,31 @@ bool IcuConverter::spell(UConverterFromUnicodeArgs* arguments, UChar32 code, UCo
 void U_CALLCONV IcuConverter::stop_encoding(const void* self, UConverterFromUnicodeArgs* arguments, const UChar*,
                                             std::int32_t, UChar32 code, UConverterCallbackReason reason,
                                             UErrorCode* status) {
-  const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self))->spell(arguments, code, reason, status);
+  auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
+  converter->spell(arguments, converter->lacking(code), reason, status);
 }
 
 void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUnicodeArgs* arguments, const char*,
-                                               std::int32_t, UConverterCallbackReason reason, UErrorCode* status) {
+                                               std::int32_t length, UConverterCallbackReason reason,
+                                               UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
-  const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self))->substituted_ = true;
+  auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
   const char16_t replacement = 0xFFFD;
   *status = U_ZERO_ERROR;
+  const auto unit = static_cast<std::size_t>(arguments->target - converter->output_);
+  converter->record({unit, static_cast<std::uint32_t>(length), replacement}, status);
   ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
 }
 
 void U_CALLCONV IcuConverter::substitute_output(const void* self, UConverterFromUnicodeArgs* arguments,
-                                                const char16_t*, std::int32_t, UChar32 code,
+                                                const char16_t*, std::int32_t, UChar32 character,
                                                 UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
-  if (converter->spell(arguments, code, reason, status)) return;
-  converter->substituted_ = true;
+  character = converter->lacking(character);
+  if (converter->spell(arguments, character, reason, status)) return;
   *status = U_ZERO_ERROR;
+  converter->record({0, 0, static_cast<char32_t>(character)}, status);
   const char16_t* replacement = &converter->substitute_;
   if (converter->substitutes_bytes_)
     ucnv_cbFromUWriteSub(arguments, 0, status);

@@ -20,9 +20,6 @@ const icu::Normalizer2& composition() {
   return *normalizer;
 }
 
-// Should ICU lack the memory for it when it is first needed, it never tries again.
-[[gnu::constructor]] void set_up_composition() { static_cast<void>(composition()); }
-
 std::vector<UChar32> decompose(char32_t code) {
   icu::UnicodeString text;
   std::vector<UChar32> parts;

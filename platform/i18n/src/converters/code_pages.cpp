@@ -40,11 +40,6 @@ constexpr Respelling respellings[] = {
 #include "respellings.inc"
 };
 
-[[gnu::constructor]] void add_package() {
-  UErrorCode status = U_ZERO_ERROR;
-  udata_setAppData(package, zrqar_codepages_dat, &status);
-}
-
 // Case and punctuation do not count, as with ICU's own names. Empty if there is none.
 std::string find_own(const std::string& name) {
   for (const auto& known : names)
@@ -69,6 +64,8 @@ std::string_view windows_number(std::string_view name) {
 }
 
 }  // namespace
+
+void add_code_pages(UErrorCode* status) { udata_setAppData(package, zrqar_codepages_dat, status); }
 
 std::string find_code_page(const std::string& name) {
   // ICU takes far more for a name than an encoding has: options behind a comma, names of converter files.

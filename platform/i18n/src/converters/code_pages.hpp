@@ -6,6 +6,9 @@
 
 namespace ku::i18n::detail {
 
+/// Makes the tables from codepages/ known to ICU. Done once, when the library is loaded.
+void add_code_pages(UErrorCode* status);
+
 /// What `open_converter` opens for an encoding of that name: a converter of ICU's, or one of the tables made from
 /// codepages/. The library's own names come first; "CP" and digits then name the Windows page of that number, if
 /// there is one. Raises `CvtExceptionBase` for a name that neither knows, and for one with converter options.

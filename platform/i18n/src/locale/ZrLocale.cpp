@@ -49,6 +49,7 @@ std::string installed_encoding(const std::string& name) {
   struct Free {
     void operator()(locale_t locale) const noexcept { ::freelocale(locale); }
   };
+  errno = 0;  // newlocale leaves it alone for a locale that it has not found before
   const std::unique_ptr<std::remove_pointer_t<locale_t>, Free> locale(
       ::newlocale(LC_CTYPE_MASK, name.c_str(), nullptr));
   if (!locale && errno == ENOMEM) throw std::bad_alloc();

@@ -7,8 +7,8 @@ namespace ku::i18n {
 /// A locale by its POSIX name, `language[_TERRITORY][.ENCODING][@modifier]`.
 ///
 /// The system need not have the locale installed: the name tells all. Only where it has no encoding, the C library is
-/// asked which one it takes for the locale, if that is installed. An encoding that the converters do not know is noticed
-/// when a converter is made for it.
+/// asked which one it takes for the locale, if that is installed. An encoding that the converters do not know is
+/// noticed when a converter is made for it.
 ///
 /// Threads  A locale is a plain value. Both forms of `global` may be called by any thread at any time.
 class [[gnu::visibility("default")]] ZrLocale {
@@ -29,17 +29,16 @@ public:
   const std::string& encoding() const noexcept { return encoding_; }
 
   /// The process-wide current locale: of messages and of file content. It starts as the environment's. Its name and
-  /// encoding are those of the first of LC_ALL, LC_CTYPE and LANG that is set and not empty, else "C". Its languages are
-  /// that of the first of LC_ALL, LC_MESSAGES and LANG and, unless this is "C" or "POSIX", before it those that LANGUAGE
-  /// lists, with colons between them.
+  /// encoding are those of the first of LC_ALL, LC_CTYPE and LANG that is set and not empty, else "C". Its languages
+  /// are that of the first of LC_ALL, LC_MESSAGES and LANG and, unless this is "C" or "POSIX", before it those that
+  /// LANGUAGE lists, with colons between them.
   static ZrLocale global();
   /// Makes `next` the process-wide locale and returns the one before. File names do not follow it.
   static ZrLocale global(const ZrLocale& next);
 
 private:
-  static const ZrLocale& environment();
-
-  void set_languages(const std::string& languages);
+  [[gnu::visibility("hidden")]] static const ZrLocale& environment();
+  [[gnu::visibility("hidden")]] void set_languages(const std::string& languages);
 
   std::string name_;
   std::string language_;

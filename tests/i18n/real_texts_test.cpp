@@ -1,0 +1,78 @@
+// What people wrote in the encodings of their languages.
+
+#include <ku/i18n/codecvt.hpp>
+#include <qardatainterfaces/LCPToUTF8Transform.hpp>
+#include <qardatainterfaces/UTF8ToLCPTransform.hpp>
+
+#include "support/CapturedOutput.hpp"
+#include "support/ContentLocale.hpp"
+#include "support/content.hpp"
+#include "support/table.hpp"
+
+#include <iconv.h>
+
+#include <sstream>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+std::string by_iconv(const std::string& utf8, const std::string& encoding) {
+  const iconv_t converter = iconv_open(encoding.c_str(), "UTF-8");
+  if (converter == reinterpret_cast<iconv_t>(-1)) return "(iconv does not know it)";
+  std::string bytes(utf8.size() * 4 + 16, '\0');
+  char* from = const_cast<char*>(utf8.data());
+  char* to = bytes.data();
+  std::size_t count = utf8.size(), room = bytes.size();
+  const bool done =
+      iconv(converter, &from, &count, &to, &room) == 0 && iconv(converter, nullptr, nullptr, &to, &room) == 0;
+  iconv_close(converter);
+  bytes.resize(bytes.size() - room);
+  return done ? bytes : "(iconv cannot write it)";
+}
+
+template <class Transform>
+std::string transformed(const std::string& content) {
+  QARByteArray out;
+  QARMetaData meta;
+  Transform().transform(QARByteArray(content), out, meta);
+  return text(out);
+}
+
+void expect_kept(const std::string& encoding, const std::string& utf8, const std::string& back) {
+  ku::i18n::codecvt_string_to_ustring from_utf8("UTF-8", false), decoder(encoding, false);
+  ku::i18n::codecvt_ustring_to_string to_utf8("UTF-8", false), encoder(encoding, false);
+  const auto units = from_utf8.convert(utf8.data(), utf8.size());
+  const auto bytes = encoder.convert(units.data(), units.size());
+  const auto read = decoder.convert(bytes.data(), bytes.size());
+  if (encoding != "CP720" && encoding != "KZ-1048") {
+    EXPECT_EQ(bytes, by_iconv(utf8, encoding));
+  }
+  if (back == "(pieces)") {
+    EXPECT_TRUE(read != units && encoder.convert(read.data(), read.size()) == bytes);
+  } else {
+    EXPECT_EQ(to_utf8.convert(read.data(), read.size()), back);
+  }
+
+  const ContentLocale locale(encoding.c_str());
+  const CapturedOutput output;
+  EXPECT_EQ(transformed<UTF8ToLCPTransform>(utf8), bytes);
+  EXPECT_EQ(transformed<LCPToUTF8Transform>(bytes), to_utf8.convert(read.data(), read.size()));
+  EXPECT_EQ(output.text(), "") << "a substitute";
+}
+
+TEST(RealTexts, AreKept) {
+  for (const auto& row : table("i18n/real_texts.txt")) {
+    std::istringstream names(row.at(0));
+    for (std::string name; names >> name;) {
+      SCOPED_TRACE(row.place + ": " + name);
+      try {
+        expect_kept(name, row.at(1), row.size() > 2 ? row[2] : row[1]);
+      } catch (const std::exception& error) {
+        ADD_FAILURE() << error.what();
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Korvane::qardatainterfaces
