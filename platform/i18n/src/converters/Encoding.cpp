@@ -72,7 +72,8 @@ const char* canonical_name(const std::string& name) {
 }
 
 // All of ICU that is set up once is set up here, when the library is loaded: its tables, its default locale and its
-// cache of resource bundles. If it lacked the memory when they are first needed, it would never try again, or deadlock.
+// cache of resource bundles. If it lacked the memory when they are first needed, it would never try again, or
+// deadlock.
 [[gnu::constructor]] void set_up_icu() {
   UErrorCode status = U_ZERO_ERROR;
   u_init(&status);
