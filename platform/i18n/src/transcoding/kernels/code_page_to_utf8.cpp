@@ -83,8 +83,9 @@ Step convert_long(const char* from, char* to, const DecodeNode* node, Entry entr
 constinit const DecodeNode DecodeNode::none{};
 constinit const DecodeNode::Children DecodeNode::no_children =
     []<std::size_t... byte>(std::index_sequence<byte...>) constexpr {
-      return Children{{(static_cast<void>(byte), &none)...}};
-    }(std::make_index_sequence<256>());
+  return Children{{(static_cast<void>(byte), &none)...}};
+}
+(std::make_index_sequence<256>());
 
 // Everything in one function keeps the cursor in registers.
 [[gnu::flatten]] ByteCursor single_byte_to_utf8(ByteCursor c, const DecodeNode& root, bool keeps_ascii) noexcept {
