@@ -1,4 +1,3 @@
-#include "transcoding/kernels/ascii.hpp"
 #include "transcoding/kernels/kernels.hpp"
 #include "transcoding/kernels/utf8.hpp"
 #include "transcoding/kernels/wide.hpp"
@@ -103,18 +102,11 @@ bool put_character(ByteCursor& c) noexcept {
   return true;
 }
 
-// Of two registers of units, those that are not ASCII, a bit each.
-unsigned non_ascii(__m128i units, __m128i next) noexcept {
-  const __m128i zero = _mm_setzero_si128();
-  const __m128i ascii = _mm_packs_epi16(_mm_cmpeq_epi16(with_bits(units, 0xFF80), zero),
-                                        _mm_cmpeq_epi16(with_bits(next, 0xFF80), zero));
-  return static_cast<unsigned>(_mm_movemask_epi8(ascii)) ^ 0xFFFF;
-}
-
 }  // namespace
 
-// Takes 16 units at a time: ASCII, up to the first one beyond it if that comes late, or else the first eight, which
-// are converted together if there are no surrogates.
+// Takes 16 units of ASCII at a time, or eight of any kind, together if there are no surrogates. To go up to the first
+// one beyond ASCII instead is slower, since nobody can predict where it is (Western text: 1.8 times the two stages of
+// ICU, by this 3).
 //
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
 // Reads      32 bytes, and a pair that begins in them; the loop ends before there are fewer.
@@ -126,14 +118,10 @@ template <std::endian order>
   while (c.left() >= 2 * register_bytes + 2 && c.room() >= 4 * window_units) {
     const __m128i units = load_units<order>(c.from);
     const __m128i next = load_units<order>(c.from + register_bytes);
-    const unsigned others = non_ascii(units, next);
-    if ((others & 0xFF) == 0) {
+    if (is_zero(with_bits(_mm_or_si128(units, next), 0xFF80))) {
       _mm_storeu_si128(reinterpret_cast<__m128i*>(c.to), _mm_packus_epi16(units, next));
-      c.from += register_bytes;
-      c.to += window_units;
-      if (others != 0) continue;
-      c.from += register_bytes;
-      c.to += window_units;
+      c.from += 2 * register_bytes;
+      c.to += 2 * window_units;
       continue;
     }
     const __m128i surrogates = _mm_cmpeq_epi16(with_bits(units, 0xF800), _mm_set1_epi16(static_cast<short>(0xD800)));
