@@ -4,6 +4,7 @@
 #include <ku/i18n/codecvt.hpp>
 
 #include <unicode/uclean.h>
+#include <unicode/ures.h>
 
 #include <array>
 #include <map>
@@ -70,11 +71,12 @@ const char* canonical_name(const std::string& name) {
   return canonical;
 }
 
-// Should ICU lack the memory to set up its tables when they are first needed, it never tries again: have it done when
-// the library is loaded.
+// All of ICU that is set up once is set up here, when the library is loaded: its tables, its default locale and its
+// cache of resource bundles. If it lacked the memory when they are first needed, it would never try again, or deadlock.
 [[gnu::constructor]] void set_up_icu() {
   UErrorCode status = U_ZERO_ERROR;
   u_init(&status);
+  ures_close(ures_open(nullptr, "root", &status));
 }
 
 class Registry {
