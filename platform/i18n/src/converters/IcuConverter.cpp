@@ -1,0 +1,190 @@
+#include "converters/IcuConverter.hpp"
+
+#include <ku/i18n/codecvt.hpp>
+
+#include <unicode/ucnv_cb.h>
+
+#include <algorithm>
+#include <array>
+#include <new>
+
+namespace ku::i18n::detail {
+namespace {
+
+// What goes to ICU, or comes from it, at a time: it counts bytes in 31 bits, also those of 16-bit units.
+constexpr std::size_t slice_size = std::size_t{1} << 29;
+constexpr std::size_t exchange_size = 4096;
+
+// ICU's PC code pages exchange three controls as the hardware of their day did; text in files never meant that.
+constexpr char16_t control_from_icu(char16_t unit) {
+  switch (unit) {
+    case 0x1C: return 0x1A;
+    case 0x7F: return 0x1C;
+    case 0x1A: return 0x7F;
+    default: return unit;
+  }
+}
+
+constexpr char16_t control_to_icu(char16_t unit) { return control_from_icu(control_from_icu(unit)); }
+
+// By `convert`, which returns whether it is done with the input of the cursor it is given.
+template <class To, class From, class Convert>
+std::basic_string<To> convert_whole(const From* from, std::size_t count, Convert convert) {
+  std::array<To, 4096> block;
+  std::basic_string<To> result;
+  result.reserve(count);
+  Cursor<From, To> cursor{from, from + count, nullptr, nullptr};
+  for (bool done = false; !done;) {
+    cursor.to = block.data();
+    cursor.limit = block.data() + block.size();
+    done = convert(cursor);
+    result.append(block.data(), cursor.to);
+  }
+  return result;
+}
+
+}  // namespace
+
+void check(UErrorCode status) {
+  if (U_SUCCESS(status)) return;
+  switch (status) {
+    case U_MEMORY_ALLOCATION_ERROR: throw std::bad_alloc();
+    case U_INVALID_CHAR_FOUND:
+    case U_TRUNCATED_CHAR_FOUND:
+    case U_ILLEGAL_CHAR_FOUND:
+    case U_ILLEGAL_ESCAPE_SEQUENCE:
+    case U_UNSUPPORTED_ESCAPE_SEQUENCE: throw CvtInvalidCharacter();
+    default: throw CvtExceptionBase(u_errorName(status));
+  }
+}
+
+IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls)
+    : IcuConverter(name, exchanges_controls, 0, stop_decoding, stop_encoding) {}
+
+IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute)
+    : IcuConverter(name, exchanges_controls, substitute, substitute_input, substitute_output) {
+  UErrorCode status = U_ZERO_ERROR;
+  substitutes_bytes_ = is_context_free();
+  if (substitutes_bytes_) ucnv_setSubstString(converter_.get(), &substitute_, 1, &status);
+  check(status);
+}
+
+IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute,
+                           UConverterToUCallback decoding, UConverterFromUCallback encoding)
+    : exchanges_controls_(exchanges_controls), substitute_(substitute) {
+  UErrorCode status = U_ZERO_ERROR;
+  converter_.reset(ucnv_open(name.c_str(), &status));
+  check(status);
+  ucnv_setFallback(converter_.get(), false);
+  // ICU's stock callbacks drop default-ignorable characters before they look at anything else.
+  ucnv_setToUCallBack(converter_.get(), decoding, this, nullptr, nullptr, &status);
+  ucnv_setFromUCallBack(converter_.get(), encoding, this, nullptr, nullptr, &status);
+  check(status);
+}
+
+bool IcuConverter::is_context_free() const noexcept {
+  switch (type()) {
+    case UCNV_SBCS:
+    case UCNV_DBCS:
+    case UCNV_MBCS:
+    case UCNV_LATIN_1:
+    case UCNV_US_ASCII: return true;
+    default: return false;
+  }
+}
+
+bool IcuConverter::decode(DecodingCursor& c, std::size_t count, bool last) {
+  const std::size_t slice = std::min(count, slice_size);
+  const bool flush = last && slice == count;  // not covered: more than a slice, but by ./dev huge
+  const UErrorCode status = decode_slice(c, slice, flush);
+  if (status == U_BUFFER_OVERFLOW_ERROR) return false;
+  check(status);
+  return slice == count;
+}
+
+bool IcuConverter::encode(EncodingCursor& c, std::size_t count, bool last) {
+  const std::size_t slice = std::min(count, exchanges_controls_ ? exchange_size : slice_size);
+  const UErrorCode status = encode_slice(c, slice, last && slice == count);
+  if (status == U_BUFFER_OVERFLOW_ERROR) return false;
+  check(status);
+  return slice == count;
+}
+
+std::u16string IcuConverter::decode_whole(const char* bytes, std::size_t count) {
+  ucnv_resetToUnicode(converter_.get());
+  return convert_whole<char16_t>(bytes, count, [this](DecodingCursor& c) { return decode(c, c.left(), true); });
+}
+
+std::string IcuConverter::encode_whole(const char16_t* units, std::size_t count) {
+  ucnv_resetFromUnicode(converter_.get());
+  return convert_whole<char>(units, count, [this](EncodingCursor& c) { return encode(c, c.left(), true); });
+}
+
+UErrorCode IcuConverter::try_decode(DecodingCursor& c, bool last) {
+  ucnv_resetToUnicode(converter_.get());
+  return decode_slice(c, c.left(), last);
+}
+
+UErrorCode IcuConverter::try_encode(EncodingCursor& c, bool last) {
+  ucnv_resetFromUnicode(converter_.get());
+  return encode_slice(c, c.left(), last);
+}
+
+UErrorCode IcuConverter::decode_slice(DecodingCursor& c, std::size_t slice, bool flush) {
+  char16_t* const start = c.to;
+  UErrorCode status = U_ZERO_ERROR;
+  ucnv_toUnicode(converter_.get(), &c.to, c.to + std::min(c.room(), slice_size), &c.from, c.from + slice, nullptr,
+                 flush, &status);
+  if (exchanges_controls_) std::transform(start, c.to, start, control_from_icu);
+  return status;
+}
+
+UErrorCode IcuConverter::encode_slice(EncodingCursor& c, std::size_t slice, bool flush) {
+  std::array<char16_t, exchange_size> exchanged;
+  const char16_t* from = c.from;
+  if (exchanges_controls_) {
+    std::transform(from, from + slice, exchanged.begin(), control_to_icu);
+    from = exchanged.data();
+  }
+  const char16_t* const start = from;
+  UErrorCode status = U_ZERO_ERROR;
+  ucnv_fromUnicode(converter_.get(), &c.to, c.to + std::min(c.room(), slice_size), &from, start + slice, nullptr,
+                   flush, &status);
+  c.from += from - start;
+  return status;
+}
+
+bool IcuConverter::is_decoding_pending() const noexcept {
+  UErrorCode status = U_ZERO_ERROR;
+  return ucnv_toUCountPending(converter_.get(), &status) != 0;
+}
+
+bool IcuConverter::is_encoding_pending() const noexcept {
+  UErrorCode status = U_ZERO_ERROR;
+  return ucnv_fromUCountPending(converter_.get(), &status) != 0;
+}
+
+void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUnicodeArgs* arguments, const char*,
+                                               std::int32_t, UConverterCallbackReason reason, UErrorCode* status) {
+  if (reason > UCNV_IRREGULAR) return;
+  const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self))->substituted_ = true;
+  const char16_t replacement = 0xFFFD;
+  *status = U_ZERO_ERROR;
+  ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
+}
+
+void U_CALLCONV IcuConverter::substitute_output(const void* self, UConverterFromUnicodeArgs* arguments,
+                                                const char16_t*, std::int32_t, UChar32,
+                                                UConverterCallbackReason reason, UErrorCode* status) {
+  if (reason > UCNV_IRREGULAR) return;
+  auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
+  converter->substituted_ = true;
+  *status = U_ZERO_ERROR;
+  const char16_t* replacement = &converter->substitute_;
+  if (converter->substitutes_bytes_)
+    ucnv_cbFromUWriteSub(arguments, 0, status);
+  else
+    ucnv_cbFromUWriteUChars(arguments, &replacement, replacement + 1, 0, status);
+}
+
+}  // namespace ku::i18n::detail

@@ -1,0 +1,86 @@
+#include <ku/i18n/MessageCatalog.hpp>
+
+#include "paths/process_code.hpp"
+
+#include <unicode/simpleformatter.h>
+#include <unicode/udata.h>
+#include <unicode/ures.h>
+
+#include <limits>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <vector>
+
+namespace ku::i18n {
+namespace {
+
+struct CloseBundle {
+  void operator()(UResourceBundle* bundle) const noexcept { ures_close(bundle); }
+};
+using BundleHandle = std::unique_ptr<UResourceBundle, CloseBundle>;
+
+// Should ICU lack memory when it first sets up its default locale and its cache, it waits for itself for ever, or
+// never tries again: have it done when the library is loaded.
+[[gnu::constructor]] void set_up_icu() {
+  UErrorCode status = U_ZERO_ERROR;
+  const BundleHandle opened(ures_open(nullptr, "root", &status));
+}
+
+void check_found(UErrorCode status) {
+  if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
+  if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
+}
+
+BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::string& language) {
+  UErrorCode status = U_ZERO_ERROR;
+  udata_setAppData(bundle.name, bundle.data, &status);
+  check_found(status);
+  status = U_ZERO_ERROR;  // from the second time on it warns
+  BundleHandle texts(ures_open(bundle.name, language.empty() ? "root" : language.c_str(), &status));
+  // ICU would rather speak the environment's language than English, and refuses names that are too long for one.
+  if (status == U_USING_DEFAULT_WARNING || status == U_ILLEGAL_ARGUMENT_ERROR) {
+    status = U_ZERO_ERROR;
+    texts.reset(ures_open(bundle.name, "root", &status));
+  }
+  check_found(status);
+  return texts;
+}
+
+icu::UnicodeString text_of(const std::string& argument) {
+  const auto text = detail::from_process_code(argument, true);
+  constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
+  if (text.size() > most) throw std::length_error("MessageCatalog::get_message");  // not covered: takes 4 GiB
+  icu::UnicodeString result(text.data(), static_cast<std::int32_t>(text.size()));
+  if (result.isBogus()) throw std::bad_alloc();  // ICU would pass over it
+  return result;
+}
+
+}  // namespace
+
+std::u16string MessageCatalog::get_message(const tavik_core::BaseMsgID& id, const ZrLocale& locale) {
+  const auto texts = open_bundle(id.bundle(), locale.language());
+  UErrorCode status = U_ZERO_ERROR;
+  std::int32_t length = 0;
+  const char16_t* const pattern = ures_getStringByKey(texts.get(), id.name().c_str(), &length, &status);
+  check_found(status);
+
+  std::vector<icu::UnicodeString> arguments;
+  std::vector<const icu::UnicodeString*> pointers;
+  arguments.reserve(id.arguments().size());
+  for (const auto& argument : id.arguments()) {
+    arguments.push_back(text_of(argument));
+    pointers.push_back(&arguments.back());
+  }
+
+  const auto count = static_cast<std::int32_t>(pointers.size());
+  const icu::SimpleFormatter formatter(icu::UnicodeString(true, pattern, length), count, count, status);
+  icu::UnicodeString message;
+  formatter.formatAndAppend(pointers.data(), count, message, nullptr, 0, status);
+  check_found(status);
+  // ICU passes over a pattern for which there was no memory; no message is empty.
+  if (message.isBogus() || message.isEmpty()) throw std::bad_alloc();
+  return {message.getBuffer(), static_cast<std::size_t>(message.length())};
+}
+
+}  // namespace ku::i18n

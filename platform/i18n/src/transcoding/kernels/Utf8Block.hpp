@@ -1,0 +1,160 @@
+#pragma once
+
+#include "transcoding/kernels/ascii.hpp"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include <emmintrin.h>
+
+namespace ku::i18n::detail {
+
+/// Bytes of UTF-8 looked at together. In the masks each byte has a bit, the first byte the lowest.
+class Utf8Block {
+public:
+  static constexpr std::size_t size = 64;
+  /// How many bytes are read: a character may reach out of the block.
+  static constexpr std::size_t sight = size + 2;
+
+  explicit Utf8Block(const char* from) noexcept : from_(from) {
+    __m128i unusual = _mm_setzero_si128();
+    __m128i surrogates = unusual;
+    for (std::size_t part = 0; part < parts; ++part) {
+      const __m128i bytes = load(part, 0);
+      others_ |= mask(part, bytes);
+      continuations_ |= mask(part, _mm_cmplt_epi8(bytes, all(0xC0)));
+      triples_ |= mask(part, are_at_least(bytes, 0xE0));
+      unusual = any(unusual, any(are_overlong(bytes, load(part, 1)), are_at_least(bytes, 0xF0)));
+      surrogates = any(surrogates, _mm_cmpeq_epi8(bytes, all(0xED)));
+    }
+    is_unusual_ = _mm_movemask_epi8(unusual) != 0;
+    may_have_surrogates_ = _mm_movemask_epi8(surrogates) != 0;
+  }
+
+  bool is_ascii() const noexcept { return others_ == 0; }
+
+  /// Whether the text is well-formed if it begins with the continuations `due`; only then, and sets which ones are
+  /// due behind it.
+  bool is_well_formed(std::uint64_t& due) const noexcept {
+    const std::uint64_t quadruples = is_unusual_ ? find_quadruples() : 0;
+    if (!has_form(quadruples, due)) return false;
+    if ((is_unusual_ || may_have_surrogates_) && !has_valid_seconds()) return false;
+    due = leads() >> 63 | triples_ >> 62 | quadruples >> 61;
+    return true;
+  }
+
+  /// Whether the text, from the start of a character, has but characters of up to three bytes, or surrogates.
+  bool is_simple() const noexcept { return !is_unusual_ && has_form(0, 0); }
+  /// The same, up to two bytes.
+  bool has_pairs_at_most() const noexcept { return triples_ == 0; }
+
+  /// Of simple text: where the characters begin that are whole in it, and how long they are together.
+  std::uint64_t starts() const noexcept { return ~continuations_ & ~cut(); }
+  std::size_t length() const noexcept { return cut() == 0 ? size : first_of(cut()); }
+
+  using Codes = std::array<char16_t, size>;
+
+  /// Of simple text, the character that begins at each byte.
+  Codes decode() const noexcept {
+    Codes codes;
+    for (std::size_t part = 0; part < parts; ++part) {
+      const __m128i first = load(part, 0);
+      const __m128i is_other = _mm_cmplt_epi8(first, all(0));
+      const __m128i is_triple = are_at_least(first, 0xE0);
+      const __m128i last = select(is_triple, load(part, 2), load(part, 1));
+      const __m128i low = select(is_other, low_bits(last, 0x3F), first);
+      const __m128i middle = both(is_other, select(is_triple, low_bits(load(part, 1), 0x3F), low_bits(first, 0x1F)));
+      const __m128i high = both(is_triple, low_bits(_mm_slli_epi16(first, 4), 0xF0));
+      place(&codes[part * sizeof(__m128i)], _mm_unpacklo_epi8(low, high), _mm_unpacklo_epi8(middle, all(0)));
+      place(&codes[part * sizeof(__m128i) + 8], _mm_unpackhi_epi8(low, high), _mm_unpackhi_epi8(middle, all(0)));
+    }
+    return codes;
+  }
+
+  /// Of simple text that has pairs at most, the same.
+  Codes decode_pairs() const noexcept {
+    Codes codes;
+    for (std::size_t part = 0; part < parts; ++part) {
+      const __m128i first = load(part, 0);
+      const __m128i is_other = _mm_cmplt_epi8(first, all(0));
+      const __m128i low = select(is_other, low_bits(load(part, 1), 0x3F), first);
+      const __m128i high = both(is_other, low_bits(first, 0x1F));
+      place(&codes[part * sizeof(__m128i)], _mm_unpacklo_epi8(low, all(0)), _mm_unpacklo_epi8(high, all(0)));
+      place(&codes[part * sizeof(__m128i) + 8], _mm_unpackhi_epi8(low, all(0)), _mm_unpackhi_epi8(high, all(0)));
+    }
+    return codes;
+  }
+
+private:
+  static constexpr std::size_t parts = size / sizeof(__m128i);
+
+  std::uint64_t leads() const noexcept { return others_ & ~continuations_; }
+  // The start of the character of up to three bytes that reaches out of the block.
+  std::uint64_t cut() const noexcept {
+    constexpr std::uint64_t last = std::uint64_t{1} << 63;
+    return (leads() & last) | (triples_ & last >> 1);
+  }
+
+  bool has_form(std::uint64_t quadruples, std::uint64_t due) const noexcept {
+    return (leads() << 1 | triples_ << 2 | quadruples << 3 | due) == continuations_;
+  }
+
+  std::uint64_t find_quadruples() const noexcept {
+    std::uint64_t quadruples = 0;
+    for (std::size_t part = 0; part < parts; ++part) quadruples |= mask(part, are_at_least(load(part, 0), 0xF0));
+    return quadruples;
+  }
+
+  // No overlong forms, no surrogates, nothing beyond the last character; continuations go by their signed values.
+  bool has_valid_seconds() const noexcept {
+    __m128i wrong = _mm_setzero_si128();
+    for (std::size_t part = 0; part < parts; ++part) {
+      const __m128i first = load(part, 0), second = load(part, 1);
+      const auto forbid = [&](unsigned byte, __m128i seconds) {
+        wrong = any(wrong, both(_mm_cmpeq_epi8(first, all(byte)), seconds));
+      };
+      wrong = any(wrong, are_overlong(first, second));
+      forbid(0xED, _mm_cmpgt_epi8(second, all(0x9F)));
+      forbid(0xF0, _mm_cmplt_epi8(second, all(0x90)));
+      forbid(0xF4, _mm_cmpgt_epi8(second, all(0x8F)));
+      wrong = any(wrong, are_at_least(first, 0xF5));
+    }
+    return _mm_movemask_epi8(wrong) == 0;
+  }
+
+  // Of two or three bytes.
+  static __m128i are_overlong(__m128i first, __m128i second) noexcept {
+    return any(_mm_cmpeq_epi8(low_bits(first, 0xFE), all(0xC0)),
+               both(_mm_cmpeq_epi8(first, all(0xE0)), _mm_cmplt_epi8(second, all(0xA0))));
+  }
+
+  __m128i load(std::size_t part, std::size_t offset) const noexcept {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from_ + part * sizeof(__m128i) + offset));
+  }
+  static void place(char16_t* to, __m128i outer, __m128i inner) noexcept {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), any(outer, _mm_slli_epi16(inner, 6)));
+  }
+  static std::uint64_t mask(std::size_t part, __m128i bytes) noexcept {
+    return std::uint64_t{static_cast<unsigned>(_mm_movemask_epi8(bytes))} << part * sizeof(__m128i);
+  }
+  static __m128i all(unsigned byte) noexcept { return _mm_set1_epi8(static_cast<char>(byte)); }
+  static __m128i any(__m128i one, __m128i other) noexcept { return _mm_or_si128(one, other); }
+  static __m128i both(__m128i one, __m128i other) noexcept { return _mm_and_si128(one, other); }
+  static __m128i low_bits(__m128i bytes, unsigned bits) noexcept { return _mm_and_si128(bytes, all(bits)); }
+  static __m128i select(__m128i condition, __m128i one, __m128i other) noexcept {
+    return _mm_or_si128(_mm_and_si128(condition, one), _mm_andnot_si128(condition, other));
+  }
+  static __m128i are_at_least(__m128i bytes, unsigned least) noexcept {
+    return _mm_cmpeq_epi8(_mm_max_epu8(bytes, all(least)), bytes);
+  }
+
+  const char* from_;
+  std::uint64_t others_ = 0;
+  std::uint64_t continuations_ = 0;
+  std::uint64_t triples_ = 0;
+  bool is_unusual_;
+  bool may_have_surrogates_;
+};
+
+}  // namespace ku::i18n::detail

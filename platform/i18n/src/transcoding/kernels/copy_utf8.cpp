@@ -1,0 +1,49 @@
+#include "transcoding/kernels/Utf8Block.hpp"
+#include "transcoding/kernels/direct.hpp"
+#include "transcoding/kernels/utf8.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+namespace ku::i18n::detail {
+namespace {
+
+// Goes by whole blocks, back to the start of a character that reaches out of the last of them.
+std::size_t find_end_of_valid_blocks(const char* from, std::size_t count) {
+  std::size_t at = 0;
+  std::uint64_t due = 0;
+  for (; at + Utf8Block::sight <= count; at += Utf8Block::size) {
+    const Utf8Block block(from + at);
+    if (due == 0 && block.is_ascii()) continue;
+    if (!block.is_well_formed(due)) break;
+  }
+  if (due != 0) do
+      --at;
+    while (is_continuation(from[at]));
+  return at;
+}
+
+// The length of the well-formed text that `from` begins with.
+std::size_t find_end_of_valid(const char* from, std::size_t count) {
+  std::size_t at = find_end_of_valid_blocks(from, count);
+  while (at < count) {
+    const auto length = first_character(from + at, count - at).length;
+    if (length == 0) break;
+    at += length;
+  }
+  return at;
+}
+
+}  // namespace
+
+DirectCursor copy_utf8(DirectCursor c) {
+  constexpr std::size_t cached = 16384;
+  for (std::size_t valid = 1; valid > 0;) {
+    valid = find_end_of_valid(c.from, std::min(c.both(), cached));
+    if (valid > 0) std::memcpy(c.to, c.from, valid);
+    c.advance(valid);
+  }
+  return c;
+}
+
+}  // namespace ku::i18n::detail
