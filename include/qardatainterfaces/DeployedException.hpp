@@ -12,6 +12,8 @@ namespace Korvane::rtxi18nutil {
 /// Its text comes from the message catalogue, in the language of `ku::i18n::ZrLocale::global()` at the moment it
 /// was built and in the process code; a later change of the locale does not change it.
 ///
+/// Reason   An exception that says that a file is not there or cannot be opened is nested around the
+///          `std::system_error` that says why: `std::rethrow_if_nested` throws it.
 /// Errors   Nothing here throws. Whatever fails while the text is made, memory included, the text is then the
 ///          name of the message id.
 /// Threads  Immutable; may be used by several threads.
@@ -33,9 +35,8 @@ public:
   const std::string& identifier() const noexcept;
 
 private:
-  std::string message_;
-  std::string identifier_;
-  const std::string* name_;  // in static storage, for when there was no memory for the texts
+  std::string message_;            // empty if there was no memory for it
+  const std::string* identifier_;  // the id's own name, which lives as long as the program
 };
 
 }  // namespace Korvane::rtxi18nutil

@@ -20,15 +20,17 @@ class QARFileHandler;
 
 /// Picks the reader for each path, and the transform that goes with it.
 ///
-/// Names      Paths are UTF-16, taken as they are up to the first zero unit. The extension of a path is that part
-///            of its last element that begins with the last dot: ".gz" of "a.b/c.tar.gz", ".profile" of
-///            "home/.profile", "." of "dir/", none of "README". It must equal a registered extension unit for
-///            unit; the earliest registration that has it wins.
+/// Names      Paths are UTF-16, taken as they are up to the first zero unit; `QARPath` makes one of any name that the
+///            system has. A mark "//:" at the start is left out. The extension of a path is that part of its last
+///            element that begins with the last dot: ".gz" of "a.b/c.tar.gz", ".profile" of "home/.profile", "." of
+///            "dir/", none of "README". It must equal a registered extension unit for unit; the earliest registration
+///            that has it wins.
 /// Ownership  The factory owns the transforms and destroys them when it is destroyed, in the order of their
 ///            registration. Readers belong to the caller; a reader with a transform must be destroyed before the
 ///            factory.
 /// Errors     Each failure throws; a failed call leaves the factory as it was. Besides
-///            `Korvane::rtxi18nutil::DeployedException` there is `std::bad_alloc`.
+///            `Korvane::rtxi18nutil::DeployedException` there is `std::bad_alloc`. An exception for a file that is
+///            not there or cannot be opened is nested around the `std::system_error` that says why.
 /// Threads    Distinct factories are independent. Any number of threads may ask one factory for readers and
 ///            predictions; `addFileTypeHandler` needs it alone.
 class [[gnu::visibility("default")]] QARFileReaderFactory {
@@ -48,11 +50,12 @@ public:
   ///
   /// Throws `QARDATAINTERFACES_FILE_NOT_EXIST`, `QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED` if it is neither,
   /// `QARDATAINTERFACES_FILE_OPEN_FAILED`, also if something else has meanwhile taken the place of the file; and
-  /// `boost::filesystem::filesystem_error` if its kind cannot be asked, `illegal_byte_sequence` if the name cannot
-  /// be expressed in the process code.
+  /// `boost::filesystem::filesystem_error` if its kind cannot be asked, `illegal_byte_sequence` if no name has this
+  /// path (see `QARPath::toNative`). Its `path1()` is the path that was asked for.
   std::unique_ptr<QARFileReader> getReader(const std::u16string& path);
 
-  /// A reader chosen by the extension alone; links are followed, and nothing but opening looks at the file.
+  /// A reader chosen by the extension alone; links are followed, and nothing but opening looks at the file. A FIFO, a
+  /// terminal and, by its name in /dev or /proc, a pipe are opened too; of sockets, the standard input.
   /// Throws `QARDATAINTERFACES_FILE_OPEN_FAILED`, for a directory too.
   std::unique_ptr<QARFileReader> getRuntimeReader(const std::u16string& path);
 

@@ -6,6 +6,7 @@ namespace Korvane::qardatainterfaces {
 
 /// What travels beside the content of a file: a flag and a text, both without meaning to the library.
 ///
+/// Copies   Plain copies of both, independent of each other.
 /// Errors   What stores or copies the text throws `std::bad_alloc` and then changes nothing.
 /// Threads  Distinct objects are independent; one object may be read by several threads, or changed by one.
 class [[gnu::visibility("default")]] QARMetaData {
@@ -14,13 +15,6 @@ public:
   QARMetaData();
   /// That flag and that text.
   QARMetaData(bool demo, const std::string& userData);
-  /// Copies are independent; of an object that was moved from, only assignment and destruction are of use.
-  /// @{
-  QARMetaData(const QARMetaData&);
-  QARMetaData(QARMetaData &&) noexcept;
-  QARMetaData& operator=(const QARMetaData&);
-  QARMetaData& operator=(QARMetaData&&) noexcept;
-  /// @}
   virtual ~QARMetaData();
 
   /// The flag.
@@ -35,8 +29,22 @@ public:
   /// @}
 
 private:
-  bool demo_ = true;
-  std::string userData_;
+  friend class QARRecordData;
+
+  // One member, so that the copy operations that the compiler makes change all of it or nothing.
+  struct Fields {
+    Fields() = default;
+    Fields(bool demoFlag, const std::string& text) : demo(demoFlag), userData(text) {}
+    Fields(const Fields&) = default;
+    Fields(Fields&&) noexcept = default;
+    Fields& operator=(const Fields& other) { return *this = Fields(other); }
+    Fields& operator=(Fields&&) noexcept = default;
+    ~Fields() = default;
+
+    bool demo = true;
+    std::string userData;
+  };
+  Fields fields_;
 };
 
 }  // namespace Korvane::qardatainterfaces

@@ -1,14 +1,22 @@
 #include <qardatainterfaces/QARRecordData.hpp>
 
+#include <utility>
+
 namespace Korvane::qardatainterfaces {
 
 QARRecordData::QARRecordData() = default;
 QARRecordData::QARRecordData(const std::u16string& name, bool demo, const std::string& userData)
     : metaData_(demo, userData), name_(name) {}
 QARRecordData::QARRecordData(const QARRecordData&) = default;
-QARRecordData::QARRecordData(QARRecordData&&) noexcept = default;
+QARRecordData::QARRecordData(QARRecordData&& other) noexcept : name_(std::move(other.name_)) {
+  metaData_.fields_ = std::move(other.metaData_.fields_);  // metadata themselves can only be copied
+}
 QARRecordData& QARRecordData::operator=(const QARRecordData& other) { return *this = QARRecordData(other); }
-QARRecordData& QARRecordData::operator=(QARRecordData&&) noexcept = default;
+QARRecordData& QARRecordData::operator=(QARRecordData&& other) noexcept {
+  metaData_.fields_ = std::move(other.metaData_.fields_);
+  name_ = std::move(other.name_);
+  return *this;
+}
 QARRecordData::~QARRecordData() = default;
 
 void QARRecordData::setName(const std::u16string& name) { name_ = name; }

@@ -1,6 +1,6 @@
 #include "QARFileHandler.hpp"
 
-#include "FilePath.hpp"
+#include "input/FilePath.hpp"
 
 #include <qardatainterfaces/QARTransform.hpp>
 

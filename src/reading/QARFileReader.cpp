@@ -1,25 +1,20 @@
 #include <qardatainterfaces/QARFileReader.hpp>
 
-#include "FilePath.hpp"
-#include "InputFile.hpp"
+#include "input/FilePath.hpp"
+#include "input/InputFile.hpp"
+#include "openFile.hpp"
 
-#include <ku/i18n/to_string.hpp>
-#include <qar/qardatainterfaces/messages.hpp>
-#include <qardatainterfaces/DeployedException.hpp>
+#include <utility>
 
 namespace Korvane::qardatainterfaces {
 
 QARFileReader::QARFileReader() = default;
 
-QARFileReader::QARFileReader(const std::u16string& path) : QARFileReader(FilePath(path), FileKind::any) {}
+QARFileReader::QARFileReader(const std::u16string& path)
+    : QARFileReader(path, openFile(FilePath(path), FileKind::any)) {}
 
-QARFileReader::QARFileReader(const FilePath& path, FileKind kind)
-    : path_(path.given()), stream_(std::make_unique<InputFile>(path, kind)) {
-  using qar::qardatainterfaces::QARDATAINTERFACES_FILE_OPEN_FAILED;
-  if (!stream_->good())
-    throw rtxi18nutil::DeployedException(
-        QARDATAINTERFACES_FILE_OPEN_FAILED(ku::i18n::to_string(path_), "file is closed.failbit is set."));
-}
+QARFileReader::QARFileReader(const std::u16string& path, std::unique_ptr<InputFile> file)
+    : path_(path), file_(std::move(file)) {}
 
 QARFileReader::~QARFileReader() = default;
 
@@ -36,7 +31,7 @@ QARByteArray& QARFileReader::readAll() {
 
 QARByteArray& QARFileReader::readAll(QARMetaData&) {
   lastError_ = 0;
-  if (stream_ && stream_->good()) stream_->readWhole(content_);
+  if (file_ && file_->good()) file_->readWhole(content_);
   return content_;
 }
 
@@ -47,8 +42,10 @@ int QARFileReader::lastError() { return lastError_; }
 bool QARFileReader::readSucceeded() { return lastError_ == 0; }
 
 int QARFileReader::ready() {
-  if (!stream_) return not_open;
-  return stream_->good() ? 0 : not_good;
+  if (!file_) return not_open;
+  return file_->good() ? 0 : not_good;
 }
+
+std::error_code QARFileReader::readError() const noexcept { return file_ ? file_->error() : std::error_code(); }
 
 }  // namespace Korvane::qardatainterfaces

@@ -1,11 +1,12 @@
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 
-#include "FilePath.hpp"
-#include "InputFile.hpp"
 #include "QARFileHandler.hpp"
 #include "QARFileReaderWithTransform.hpp"
 #include "QARFileReaderWithoutTransform.hpp"
 #include "QARSymbolicLinkReader.hpp"
+#include "input/FilePath.hpp"
+#include "openFile.hpp"
+#include "raise.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
@@ -17,6 +18,8 @@
 #include <boost/filesystem/operations.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cerrno>
+#include <system_error>
 #include <utility>
 
 namespace Korvane::qardatainterfaces {
@@ -25,27 +28,31 @@ namespace {
 namespace fs = boost::filesystem;
 namespace messages = qar::qardatainterfaces;
 using ku::i18n::to_string;
-using rtxi18nutil::DeployedException;
 
-[[noreturn]] void raiseStatusFailure(const FilePath& path, const boost::system::error_code& error) {
-  throw fs::filesystem_error("boost::filesystem::is_symlink", to_string(path.given()), error);
-}
+struct Status {
+  fs::file_type type;
+  boost::system::error_code error;  // why there is no other type
+};
 
 // Of a path that is no link, this one query tells all: whether it exists, and whether it is a regular file.
-fs::file_type typeOf(const FilePath& path) {
+Status statusOf(const FilePath& path) {
+  constexpr auto query = "boost::filesystem::is_symlink";
+  Status status;
   try {
-    boost::system::error_code error;
-    const auto type = fs::symlink_status(path.native(), error).type();
-    if (type == fs::status_error) raiseStatusFailure(path, error);
-    return type;
+    status.type = fs::symlink_status(path.native(), status.error).type();
   } catch (const ku::i18n::CvtExceptionBase&) {
-    raiseStatusFailure(path, make_error_code(boost::system::errc::illegal_byte_sequence));
+    status.error.assign(EILSEQ, boost::system::system_category());
+    throw fs::filesystem_error(query, to_string(std::u16string(path.asked())), status.error);
   }
+  if (status.type == fs::status_error) throw fs::filesystem_error(query, path.native(), status.error);
+  return status;
 }
 
 std::unique_ptr<QARFileReader> makeReader(const FilePath& path, FileKind kind, QARTransform* transform) {
-  if (transform != nullptr) return std::make_unique<QARFileReaderWithTransform>(path, kind, *transform);
-  return std::make_unique<QARFileReaderWithoutTransform>(path, kind);
+  auto file = openFile(path, kind);
+  if (transform != nullptr)
+    return std::make_unique<QARFileReaderWithTransform>(path.given(), std::move(file), *transform);
+  return std::make_unique<QARFileReaderWithoutTransform>(path.given(), std::move(file));
 }
 
 }  // namespace
@@ -61,11 +68,15 @@ void QARFileReaderFactory::addFileTypeHandler(const std::vector<std::u16string>&
 
 std::unique_ptr<QARFileReader> QARFileReaderFactory::getReader(const std::u16string& path) {
   const FilePath file(path);
-  switch (typeOf(file)) {
+  const auto status = statusOf(file);
+  switch (status.type) {
     case fs::symlink_file: return std::make_unique<QARSymbolicLinkReader>(path);
     case fs::regular_file: return makeReader(file, FileKind::regular, transformFor(file));
-    case fs::file_not_found: throw DeployedException(messages::QARDATAINTERFACES_FILE_NOT_EXIST(to_string(path)));
-    default: throw DeployedException(messages::QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED(to_string(path)));
+    case fs::file_not_found:
+      raise(messages::QARDATAINTERFACES_FILE_NOT_EXIST(to_string(path)),
+            std::error_code(status.error.value(), std::system_category()));
+    default:
+      throw rtxi18nutil::DeployedException(messages::QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED(to_string(path)));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "QARFileReaderWithTransform.hpp"
 
-#include "FilePath.hpp"
+#include "input/FilePath.hpp"
+#include "input/InputFile.hpp"
 #include "types/ByteStorage.hpp"
 
 #include <ku/filesystem/status.hpp>
@@ -9,11 +10,13 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace Korvane::qardatainterfaces {
 
-QARFileReaderWithTransform::QARFileReaderWithTransform(const FilePath& path, FileKind kind, QARTransform& transform)
-    : QARFileReader(path, kind), transform_(transform) {}
+QARFileReaderWithTransform::QARFileReaderWithTransform(const std::u16string& path, std::unique_ptr<InputFile> file,
+                                                       QARTransform& transform)
+    : QARFileReader(path, std::move(file)), transform_(transform) {}
 
 QARFileReaderWithTransform::QARFileReaderWithTransform(opc::InputStream& in, QARTransform& transform)
     : in_(in), transform_(transform) {}
@@ -41,7 +44,7 @@ unsigned int QARFileReaderWithTransform::read(void* buffer, unsigned int size, Q
 QARByteArray& QARFileReaderWithTransform::readAll() {
   if (!in_) return QARFileReader::readAll();
   QARMetaData discarded;
-  if (untransformed_ || gather()) runTransform(content_, discarded, transform_failed);
+  if (gathering_ == Gathering::pending || gather()) runTransform(content_, discarded, transform_failed);
   return output_;
 }
 
@@ -72,7 +75,7 @@ bool QARFileReaderWithTransform::transformPath(QARMetaData& meta) {
 
 bool QARFileReaderWithTransform::transformContent(QARMetaData& meta) {
   if (in_) {
-    if (!gathered_) gather();
+    if (gathering_ == Gathering::none) gather();
   } else {
     QARFileReader::readAll(meta);
   }
@@ -82,12 +85,9 @@ bool QARFileReaderWithTransform::transformContent(QARMetaData& meta) {
 
 bool QARFileReaderWithTransform::gather() {
   const auto result = in_->gather(content_);
-  if (result == StreamCollector::Result::stalled)
-    lastError_ = transform_failed;
-  else
-    gathered_ = true;
-  if (result == StreamCollector::Result::gathered) untransformed_ = true;
-  return untransformed_;
+  if (result == StreamCollector::Result::stalled) lastError_ = transform_failed;
+  if (result == StreamCollector::Result::gathered) gathering_ = Gathering::pending;
+  return result == StreamCollector::Result::gathered;
 }
 
 bool QARFileReaderWithTransform::acceptEmptyInput() noexcept {
@@ -104,7 +104,7 @@ bool QARFileReaderWithTransform::acceptEmptyInput() noexcept {
 bool QARFileReaderWithTransform::runTransform(const QARByteArray& input, QARMetaData& meta, int refusal) {
   lastError_ = transform_failed;
   const bool done = transform_.transform(input, output_, meta);
-  untransformed_ = false;
+  if (in_) gathering_ = Gathering::offered;
   if (!done) {
     if (output_.size() == 0) lastError_ = refusal;
     return false;

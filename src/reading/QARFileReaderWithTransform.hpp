@@ -1,10 +1,12 @@
 #pragma once
 
-#include "StreamCollector.hpp"
+#include "input/StreamCollector.hpp"
 
 #include <qardatainterfaces/QARFileReader.hpp>
 
+#include <memory>
 #include <optional>
+#include <string>
 
 namespace Korvane::qardatainterfaces {
 
@@ -14,7 +16,7 @@ class QARTransform;
 class QARFileReaderWithTransform final : public QARFileReader {
 public:
   /// Requires: `transform` outlives the reader.
-  QARFileReaderWithTransform(const FilePath& path, FileKind kind, QARTransform& transform);
+  QARFileReaderWithTransform(const std::u16string& path, std::unique_ptr<InputFile> file, QARTransform& transform);
   QARFileReaderWithTransform(opc::InputStream& in, QARTransform& transform);
 
   const char* getTransformId() override;
@@ -24,6 +26,13 @@ public:
   QARByteArray& readAll(QARMetaData& meta) override;
 
 private:
+  /// What has become of a caller's stream.
+  enum class Gathering {
+    none,     // nothing has been taken from the stream
+    pending,  // gathered into the content; no transform of it has returned
+    offered,  // a transform of the content has returned; the next whole read gathers again
+  };
+
   bool isPathForTransform() const;
   /// Runs the transform unless that has succeeded before; tells whether there is output to deliver.
   bool prepare(QARMetaData& meta);
@@ -32,14 +41,14 @@ private:
   bool acceptEmptyInput() noexcept;
   /// `refusal` is the error if the transform fails without output.
   bool runTransform(const QARByteArray& input, QARMetaData& meta, int refusal);
+  /// Whether there is content that waits for its transform.
   bool gather();
 
   std::optional<StreamCollector> in_;
   QARTransform& transform_;
   unsigned long position_ = 0;
-  bool prepared_ = false;
-  bool gathered_ = false;
-  bool untransformed_ = false;  // gathered, and no transform of it has returned yet
+  bool prepared_ = false;  // the transform is not run again, but by `readAll()` on a stream
+  Gathering gathering_ = Gathering::none;
   QARByteArray output_;
 };
 

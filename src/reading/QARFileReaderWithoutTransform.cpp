@@ -1,16 +1,17 @@
 #include "QARFileReaderWithoutTransform.hpp"
 
-#include "InputFile.hpp"
+#include "input/InputFile.hpp"
 
 #include <opc/InputStream.hpp>
 
 #include <algorithm>
-#include <cstdint>
+#include <utility>
 
 namespace Korvane::qardatainterfaces {
 
-QARFileReaderWithoutTransform::QARFileReaderWithoutTransform(const FilePath& path, FileKind kind)
-    : QARFileReader(path, kind) {
+QARFileReaderWithoutTransform::QARFileReaderWithoutTransform(const std::u16string& path,
+                                                             std::unique_ptr<InputFile> file)
+    : QARFileReader(path, std::move(file)) {
   more_ = true;
 }
 
@@ -25,10 +26,10 @@ unsigned int QARFileReaderWithoutTransform::read(void* buffer, unsigned int size
   auto* const to = static_cast<unsigned char*>(buffer);
   size = std::min(size, failed - 1);
   if (in_) return readStream(to, size);
-  const auto count = stream_->read(to, size);
+  const auto count = file_->read(to, size);
   if (count > 0 && count == size) return count;
-  if (stream_->atEnd()) more_ = false;
-  return stream_->good() || stream_->atEnd() ? count : failed;
+  if (file_->atEnd()) more_ = false;
+  return file_->good() || file_->atEnd() ? count : failed;
 }
 
 unsigned int QARFileReaderWithoutTransform::readStream(unsigned char* to, unsigned int size) {
@@ -39,12 +40,13 @@ unsigned int QARFileReaderWithoutTransform::readStream(unsigned char* to, unsign
 
 QARByteArray& QARFileReaderWithoutTransform::readAll(QARMetaData& meta) {
   QARFileReader::readAll(meta);
-  if (in_ && more_) {
-    if (in_->gather(content_) == StreamCollector::Result::stalled)
-      lastError_ = transform_failed;
-    else
-      more_ = false;
-  }
+  if (!in_ || gathered_ || in_->exhausted()) return content_;
+  const auto result = in_->gather(content_);
+  gathered_ = result == StreamCollector::Result::gathered;
+  if (result == StreamCollector::Result::stalled)
+    lastError_ = transform_failed;
+  else
+    more_ = false;
   return content_;
 }
 

@@ -1,17 +1,19 @@
 #pragma once
 
-#include "StreamCollector.hpp"
+#include "input/StreamCollector.hpp"
 
 #include <qardatainterfaces/QARFileReader.hpp>
 
+#include <memory>
 #include <optional>
+#include <string>
 
 namespace Korvane::qardatainterfaces {
 
 /// Delivers the bytes of a file, or of a caller's stream, as they are.
 class QARFileReaderWithoutTransform final : public QARFileReader {
 public:
-  QARFileReaderWithoutTransform(const FilePath& path, FileKind kind);
+  QARFileReaderWithoutTransform(const std::u16string& path, std::unique_ptr<InputFile> file);
   explicit QARFileReaderWithoutTransform(opc::InputStream& in);
 
   const char* getTransformId() override;
@@ -24,6 +26,7 @@ private:
   unsigned int readStream(unsigned char* to, unsigned int size);
 
   std::optional<StreamCollector> in_;
+  bool gathered_ = false;  // something, which is the content
 };
 
 }  // namespace Korvane::qardatainterfaces

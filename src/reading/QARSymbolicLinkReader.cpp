@@ -1,9 +1,11 @@
 #include "QARSymbolicLinkReader.hpp"
 
-#include "FilePath.hpp"
+#include "input/FilePath.hpp"
+#include "input/InputFile.hpp"
 #include "types/ByteBuffer.hpp"
 
 #include <algorithm>
+#include <cerrno>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,14 +13,17 @@
 namespace Korvane::qardatainterfaces {
 namespace {
 
-void readLink(const std::string& path, QARByteArray& content) {
+// Returns 0, or why `content` stays as it was.
+int readLink(const std::string& path, QARByteArray& content) {
   struct stat found {};
-  // What took the place of the link may be of any size.
-  if (::lstat(path.c_str(), &found) != 0 || !S_ISLNK(found.st_mode)) return;
+  if (::lstat(path.c_str(), &found) != 0) return errno;
+  if (!S_ISLNK(found.st_mode)) return EINVAL;  // what took the place of the link may be of any size
   const auto size = static_cast<unsigned long>(found.st_size);
   ByteBuffer target(size);
   const auto count = ::readlink(path.c_str(), reinterpret_cast<char*>(target.data()), size);
-  if (count >= 0) target.moveTo(content, static_cast<unsigned long>(count));
+  if (count < 0) return errno;
+  target.moveTo(content, static_cast<unsigned long>(count));
+  return 0;
 }
 
 }  // namespace
@@ -36,7 +41,9 @@ unsigned int QARSymbolicLinkReader::read(void* buffer, unsigned int size) {
 }
 
 QARByteArray& QARSymbolicLinkReader::readAll(QARMetaData&) {
-  readLink(FilePath(linkPath_).native(), content_);
+  const int error = readLink(FilePath(linkPath_).native(), content_);
+  // There is no file, unless to say why the link could not be read.
+  file_ = error == 0 ? nullptr : std::make_unique<InputFile>(error);
   return content_;
 }
 

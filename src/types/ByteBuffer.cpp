@@ -23,16 +23,19 @@ void askForHugePages(unsigned char* bytes, unsigned long capacity) noexcept {
 
 }  // namespace
 
-ByteBuffer::ByteBuffer(unsigned long capacity) { resize(capacity); }
-
 void ByteBuffer::resize(unsigned long capacity) {
+  if (!tryResize(capacity)) throw std::bad_alloc();
+}
+
+bool ByteBuffer::tryResize(unsigned long capacity) noexcept {
   // Storage of zero bytes is storage: realloc would take it away.
   void* const moved = std::realloc(bytes_.get(), std::max(capacity, 1UL));
-  if (moved == nullptr) throw std::bad_alloc();
+  if (moved == nullptr) return false;
   static_cast<void>(bytes_.release());
   bytes_.reset(static_cast<unsigned char*>(moved));
   if (capacity > capacity_) askForHugePages(bytes_.get(), capacity);
   capacity_ = capacity;
+  return true;
 }
 
 void ByteBuffer::moveTo(QARByteArray& array, unsigned long size) {

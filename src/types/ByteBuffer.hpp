@@ -11,12 +11,16 @@ namespace Korvane::qardatainterfaces {
 /// the allocator has to.
 class ByteBuffer {
 public:
-  explicit ByteBuffer(unsigned long capacity);
+  /// No bytes, and no memory.
+  ByteBuffer() noexcept = default;
+  explicit ByteBuffer(unsigned long capacity) { resize(capacity); }
 
   unsigned char* data() noexcept { return bytes_.get(); }
   unsigned long capacity() const noexcept { return capacity_; }
   /// Keeps what fits. If it throws, nothing has changed.
   void resize(unsigned long capacity);
+  /// The same; tells whether there was memory.
+  bool tryResize(unsigned long capacity) noexcept;
 
   /// Makes the first `size` bytes the content of `array`; this buffer must not be used again.
   /// If it throws, `array` has not changed.

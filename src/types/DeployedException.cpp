@@ -8,21 +8,19 @@
 
 namespace Korvane::rtxi18nutil {
 
-DeployedException::DeployedException(const tavik_core::BaseMsgID& id) noexcept : name_(&id.name()) {
+DeployedException::DeployedException(const tavik_core::BaseMsgID& id) noexcept : identifier_(&id.name()) {
   try {
     auto text = ku::i18n::MessageCatalog::get_message(id, ku::i18n::ZrLocale::global());
     std::replace(text.begin(), text.end(), u'\0', u'\uFFFD');  // what() would end there
     message_ = ku::i18n::to_string(text);
-    identifier_ = id.name();
   } catch (...) {  // the name has to do
   }
 }
 
 DeployedException::DeployedException(const DeployedException& other) noexcept
-    : std::exception(other), name_(other.name_) {
+    : std::exception(other), identifier_(other.identifier_) {
   try {
     message_ = other.message_;
-    identifier_ = other.identifier_;
   } catch (...) {  // the name has to do
   }
 }
@@ -30,17 +28,14 @@ DeployedException::DeployedException(const DeployedException& other) noexcept
 DeployedException& DeployedException::operator=(const DeployedException& other) noexcept {
   DeployedException copy(other);
   message_.swap(copy.message_);
-  identifier_.swap(copy.identifier_);
-  name_ = copy.name_;
+  identifier_ = copy.identifier_;
   return *this;
 }
 
 DeployedException::~DeployedException() = default;
 
-const char* DeployedException::what() const noexcept { return (message_.empty() ? *name_ : message_).c_str(); }
+const char* DeployedException::what() const noexcept { return (message_.empty() ? *identifier_ : message_).c_str(); }
 
-const std::string& DeployedException::identifier() const noexcept {
-  return identifier_.empty() ? *name_ : identifier_;
-}
+const std::string& DeployedException::identifier() const noexcept { return *identifier_; }
 
 }  // namespace Korvane::rtxi18nutil

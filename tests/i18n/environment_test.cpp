@@ -3,6 +3,7 @@
 #include "support/environment.hpp"
 #include "support/TemporaryDirectory.hpp"
 
+#include <ku/filesystem/process_code_traits.hpp>
 #include <ku/filesystem/status.hpp>
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>

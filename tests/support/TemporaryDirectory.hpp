@@ -1,7 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <ku/filesystem/process_code_traits.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 
 #include <cstdlib>
 #include <filesystem>
@@ -24,7 +24,7 @@ public:
 
   std::string native(const std::string& name) const { return path_ + "/" + name; }
   std::u16string path(const std::string& name) const {
-    return ku::filesystem::detail::process_code_traits::to_internal(native(name));
+    return Korvane::qardatainterfaces::QARPath::fromNative(native(name));
   }
   /// Makes the file, or replaces what is in it, and returns its path.
   std::u16string file(const std::string& name, const std::string& content) const {

@@ -17,11 +17,14 @@ public:
   /// As given.
   const std::u16string& given() const noexcept { return given_; }
 
+  /// What of it is asked of the file system.
+  std::u16string_view asked() const noexcept { return path_; }
+
   /// From the last dot of the last element to its end; empty without a dot. "." for a path that ends with a
   /// separator, unless it is a root.
   std::u16string_view extension() const noexcept;
 
-  /// The path for the operating system. Raises `ku::i18n::CvtExceptionBase` if the process code cannot express it.
+  /// The path for the operating system. Raises `ku::i18n::CvtExceptionBase` if no name has it (see `QARPath`).
   const std::string& native() const;
 
 private:

@@ -1,6 +1,6 @@
 #include "FilePath.hpp"
 
-#include <ku/filesystem/process_code_traits.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 
 namespace Korvane::qardatainterfaces {
 namespace {
@@ -33,9 +33,8 @@ std::u16string_view FilePath::lastElement() const noexcept {
 }
 
 const std::string& FilePath::native() const {
-  using ku::filesystem::detail::make_native_form;
   if (!native_)
-    native_ = path_.size() == given_.size() ? make_native_form(given_) : make_native_form(std::u16string(path_));
+    native_ = path_.size() == given_.size() ? QARPath::toNative(given_) : QARPath::toNative(std::u16string(path_));
   return *native_;
 }
 

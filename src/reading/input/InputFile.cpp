@@ -1,0 +1,168 @@
+#include "InputFile.hpp"
+
+#include "FilePath.hpp"
+#include "openHandle.hpp"
+#include "types/ByteStorage.hpp"
+
+#include <ku/i18n/codecvt.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+constexpr std::uint64_t buffer_size = 64 * 1024;
+constexpr std::uint64_t least_growth = 4096;
+constexpr std::uint64_t most_at_once = 1U << 30;  // the kernel takes nearly twice as much
+
+int open(const FilePath& path, FileKind kind) {
+  try {
+    const char* const native = path.native().c_str();
+    return kind == FileKind::regular ? openRegular(native) : openAny(native);
+  } catch (const ku::i18n::CvtExceptionBase&) {
+    errno = EILSEQ;
+    return -1;
+  }
+}
+
+// Why a file of that mode must not be read, or 0.
+int refusal(mode_t mode, FileKind kind) noexcept {
+  if (S_ISDIR(mode)) return EISDIR;
+  return kind == FileKind::regular && !S_ISREG(mode) ? EBADFD : 0;
+}
+
+}  // namespace
+
+InputFile::InputFile(const FilePath& path, FileKind kind) : handle_(open(path, kind)) {
+  struct stat found {};
+  if (!isOpen() || ::fstat(handle_, &found) != 0)
+    error_ = errno;
+  else
+    error_ = refusal(found.st_mode, kind);
+  if (error_ == 0) {
+    regular_ = S_ISREG(found.st_mode);
+    size_ = static_cast<std::uint64_t>(found.st_size);
+  } else {
+    if (isOpen()) ::close(std::exchange(handle_, -1));
+    state_ = std::ios_base::failbit;
+  }
+}
+
+InputFile::~InputFile() {
+  if (isOpen()) ::close(handle_);
+}
+
+std::uint32_t InputFile::readOn(unsigned char* to, std::uint32_t size) noexcept {
+  if (!good()) return 0;
+  auto placed = takeBuffered(to, static_cast<std::uint32_t>(std::min<std::uint64_t>(size, filled_ - next_)));
+  while (placed < size && good()) {
+    const std::uint32_t wanted = size - placed;
+    if (wanted >= buffer_size || !hasBuffer()) {
+      placed += static_cast<std::uint32_t>(readOnce(to + placed, wanted));
+    } else {
+      filled_ = readOnce(buffer_.data(), buffer_size);
+      next_ = 0;
+      placed += takeBuffered(to + placed, static_cast<std::uint32_t>(std::min<std::uint64_t>(wanted, filled_)));
+    }
+  }
+  return placed;
+}
+
+// Without memory for it there is no look-ahead, and nothing else changes.
+bool InputFile::hasBuffer() noexcept { return buffer_.capacity() >= buffer_size || buffer_.tryResize(buffer_size); }
+
+std::uint64_t InputFile::readOnce(unsigned char* to, std::uint64_t size) noexcept {
+  ssize_t result = 0;
+  do result = uninterrupted([=, this] { return ::read(handle_, to, size); });
+  while (result < 0 && errno == EAGAIN && waitForData());
+  if (result == 0) state_ = std::ios_base::eofbit | std::ios_base::failbit;
+  if (result < 0) fail();
+  return result > 0 ? static_cast<std::uint64_t>(result) : 0;
+}
+
+// A socket is that of another program too, which may have set it not to wait.
+bool InputFile::waitForData() const noexcept {
+  if (regular_) return false;
+  pollfd waited{handle_, POLLIN, 0};
+  const bool done = uninterrupted([&] { return ::poll(&waited, 1, -1); }) > 0;
+  if (!done) errno = EAGAIN;
+  return done;
+}
+
+void InputFile::readWhole(QARByteArray& content) {
+  if (endLookAhead() && (regular_ || askDeviceSize())) readFromStart(content);
+  if (error_ != ESPIPE) return;
+  error_ = 0;
+  state_ = std::ios_base::goodbit;
+  readRest(content);
+}
+
+bool InputFile::endLookAhead() noexcept {
+  const auto ahead = static_cast<off_t>(filled_ - next_);
+  if (ahead > 0 && ::lseek(handle_, -ahead, SEEK_CUR) < 0) return fail();
+  next_ = filled_ = 0;
+  return true;
+}
+
+bool InputFile::askDeviceSize() noexcept {
+  const auto place = ::lseek(handle_, 0, SEEK_CUR);
+  if (place < 0) return fail();
+  const auto end = ::lseek(handle_, 0, SEEK_END);
+  if (end < 0 || ::lseek(handle_, place, SEEK_SET) < 0) return fail();
+  size_ = static_cast<std::uint64_t>(end);
+  return true;
+}
+
+void InputFile::readFromStart(QARByteArray& content) {
+  // With room for one byte more, the read that fetches the last byte of a file sees its end as well.
+  ByteBuffer bytes(regular_ ? size_ + 1 : size_);
+  std::uint64_t count = 0;
+  while (fillFromStart(bytes, count) && count == bytes.capacity() && regular_)
+    bytes.resize(std::max(2 * count, least_growth));  // it has grown, or is one of those that do not tell their size
+  if (good()) bytes.moveTo(content, count);
+}
+
+// From the `count` bytes there are, reads until `bytes` is full or the end is met.
+bool InputFile::fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept {
+  while (count < bytes.capacity()) {
+    const auto wanted = std::min(bytes.capacity() - count, most_at_once);
+    const auto result =
+        uninterrupted([&] { return ::pread(handle_, bytes.data() + count, wanted, static_cast<off_t>(count)); });
+    if (result < 0) return fail();
+    if (result == 0) break;
+    count += static_cast<std::uint64_t>(result);
+    // The end, seen without another call; of a file that tells its size, where a short count means nothing else.
+    if (size_ > 0 && count >= size_ && static_cast<std::uint64_t>(result) < wanted) break;
+  }
+  return true;
+}
+
+// All goes through the look-ahead, where it stays until it has become content: what was read cannot be read again.
+void InputFile::readRest(QARByteArray& content) {
+  while (good()) {
+    if (filled_ == buffer_.capacity()) buffer_.resize(std::max(2 * filled_, buffer_size));
+    filled_ += readOnce(buffer_.data() + filled_, std::min(buffer_.capacity() - filled_, most_at_once));
+  }
+  if (!atEnd()) return;
+  const auto end = std::exchange(state_, std::ios_base::goodbit);  // not met, should there be no memory
+  QARByteArray rest(buffer_.data() + next_, filled_ - next_);
+  ByteStorage::swap(content, rest);
+  buffer_ = ByteBuffer();
+  next_ = filled_ = 0;
+  state_ = end;
+}
+
+bool InputFile::fail() noexcept {
+  error_ = errno;
+  state_ = std::ios_base::badbit;
+  return false;
+}
+
+}  // namespace Korvane::qardatainterfaces

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "input/InputFile.hpp"
+
+#include <memory>
+
+namespace Korvane::qardatainterfaces {
+
+/// Opens the file of a reader. Raises `QARDATAINTERFACES_FILE_OPEN_FAILED`, nested around the reason.
+std::unique_ptr<InputFile> openFile(const FilePath& path, FileKind kind);
+
+}  // namespace Korvane::qardatainterfaces

@@ -1,0 +1,295 @@
+// Every kind of reader on every kind of source, read in every way: sources.txt.
+
+#include "support/HostileStream.hpp"
+#include "support/ScriptedTransform.hpp"
+#include "support/TemporaryDirectory.hpp"
+#include "support/table.hpp"
+
+#include <qardatainterfaces/DeployedException.hpp>
+#include <qardatainterfaces/QARFileReaderFactory.hpp>
+
+#include <boost/algorithm/string.hpp>
+#include <boost/filesystem/exception.hpp>
+
+#include <cstring>
+#include <map>
+#include <optional>
+#include <system_error>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/fsuid.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <csignal>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string content = "content";
+const std::vector<std::string> ways = {"chunks", "whole", "whole+meta", "mixed"};
+
+struct Case {
+  std::string place, source, kind, by;
+  std::vector<std::string> expected;  // for each of the ways
+};
+void PrintTo(const Case& tested, std::ostream* out) { *out << tested.place; }
+
+std::vector<Case> cases() {
+  std::vector<Case> all;
+  const auto split = [](const std::string& list) {
+    std::vector<std::string> parts;
+    return boost::split(parts, list, boost::is_any_of(","));
+  };
+  for (const auto& row : table("reading/sources.txt"))
+    for (const auto& source : split(row.at(0)))
+      for (const auto& kind : split(row.at(1)))
+        for (const auto& by : split(row.at(2))) {
+          all.push_back({row.place, source, kind, by, {row.at(3), row.at(4), row.at(5), row.at(6)}});
+          for (std::size_t way = 1; way < ways.size(); ++way)
+            if (all.back().expected[way] == "=") all.back().expected[way] = all.back().expected[way - 1];
+        }
+  return all;
+}
+
+/// One source, and one reader on it that reads in one way.
+class Trial {
+public:
+  Trial(const Case& tested, const std::string& way) : tested_(tested), way_(way) { sources_.at(tested.source)(); }
+  ~Trial() {
+    if (other_.joinable()) other_.join();
+    if (child_ > 0) ::waitpid(child_, nullptr, 0);
+    if (standard_input_ >= 0) ::dup2(standard_input_, STDIN_FILENO);
+    for (const int handle : handles_) ::close(handle);
+  }
+  Trial(const Trial&) = delete;
+  Trial& operator=(const Trial&) = delete;
+
+  /// What came of it; nothing if the source is not to be had here.
+  std::optional<std::string> run() {
+    const auto before = is_forbidden_ ? ::setfsuid(65534) : -1;  // the superuser is never denied anything
+    if (is_available_) attempt();
+    if (is_forbidden_) ::setfsuid(static_cast<uid_t>(before));
+    return is_available_ ? std::optional(result_) : std::nullopt;
+  }
+
+private:
+  void attempt() try {
+    const auto path = (name_[0] == '/' ? std::u16string(name_.begin(), name_.end()) : directory_.path(name_)) + lone_;
+    QARFileReaderFactory factory;
+    if (is_kind("allowing") || is_kind("forbidding"))
+      factory.addFileTypeHandler({u".x"}, new ScriptedTransform(ScriptedTransform::copy, is_kind("allowing")));
+    const auto reader = is_kind("stream")     ? factory.getReader(path, *stream_)
+                        : tested_.by == "get" ? factory.getReader(path)
+                                              : factory.getRuntimeReader(path);
+    if (once_open_) once_open_();
+    read(*reader);
+    if (reader->lastError() != 0) add("error " + std::to_string(reader->lastError()));
+    if (reader->ready() != 0) add("ready " + std::to_string(reader->ready()));
+    add_reason(reader->readError());
+  } catch (const rtxi18nutil::DeployedException& error) {
+    result_ = error.identifier().substr(std::strlen("QARDATAINTERFACES_FILE_"));
+    add_nested_reason(error);
+  } catch (const boost::filesystem::filesystem_error& error) {
+    result_ = std::string(error.what(), std::strstr(error.what(), ": ")).substr(std::strlen("boost::filesystem::"));
+    EXPECT_EQ(error.code().category(), boost::system::system_category());
+    const auto asked = directory_.native(name_);
+    EXPECT_TRUE(error.path1() == asked || !lone_.empty()) << error.path1();
+    add(::strerrorname_np(error.code().value()));
+  }
+
+  bool is_kind(const char* word) const { return tested_.kind.find(word) != std::string::npos; }
+
+  void read(QARFileReader& reader) {
+    QARMetaData meta;
+    if (way_ == "chunks") result_ = chunks(reader);
+    if (way_ == "whole") result_ = text(reader.readAll());
+    if (way_ == "whole+meta") result_ = text(reader.readAll(meta));
+    if (way_ == "mixed") {
+      result_ = chunk(reader, 4);
+      if (in_between_) in_between_();
+      result_ += '|' + text(reader.readAll());
+      result_ += '|' + chunks(reader);
+    }
+  }
+
+  static std::string chunks(QARFileReader& reader) {
+    std::string all;
+    int left = 100;
+    do {
+      const auto next = chunk(reader, 4);
+      if (next == refused) return next;
+      all += next;
+    } while (reader.more() && --left > 0);
+    return all;
+  }
+
+  void add(const std::string& state) {
+    if (!result_.empty()) result_ += ", ";
+    result_ += state;
+  }
+  void add_reason(const std::error_code& reason) {
+    EXPECT_TRUE(!reason || reason.category() == std::system_category());
+    if (reason) add(::strerrorname_np(reason.value()));
+  }
+  void add_nested_reason(const std::exception& error) try {
+    std::rethrow_if_nested(error);
+  } catch (const std::system_error& reason) {
+    add_reason(reason.code());
+  }
+
+  void fill(const std::string& text) const { directory_.file(name_, text); }
+  void redirect(const std::string& to) const { directory_.link(name_, to); }
+  void remove() const { fs::remove(directory_.native(name_)); }
+  void on_stream(const std::string& text, int idle) { stream_.emplace(text, HostileStream::Manners{~0UL, idle}); }
+  static void send(int to, const std::string& text) {
+    EXPECT_EQ(::write(to, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+
+  // A lease on the file, which its holder gives back some time after it is asked to.
+  void lease() {
+    fill(content);
+    int ready[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    child_ = ::fork();
+    if (child_ == 0) {
+      ::alarm(20);
+      sigset_t asked;
+      ::sigemptyset(&asked);
+      ::sigaddset(&asked, SIGIO);
+      ::sigprocmask(SIG_BLOCK, &asked, nullptr);
+      const int file = ::open(directory_.native(name_).c_str(), O_RDWR);
+      const char held = ::fcntl(file, F_SETLEASE, F_WRLCK) == 0 ? 'y' : 'n';
+      int signal = 0;
+      if (::write(ready[1], &held, 1) != 1 || held == 'n' || ::sigwait(&asked, &signal) != 0) ::_exit(1);
+      ::usleep(50000);
+      ::_exit(::fcntl(file, F_SETLEASE, F_UNLCK));
+    }
+    ::close(ready[1]);
+    char held = 'n';
+    ASSERT_EQ(::read(ready[0], &held, 1), 1);
+    ::close(ready[0]);
+    is_available_ = held == 'y';
+  }
+
+  void make_fifo() {
+    ASSERT_EQ(::mkfifo(directory_.native(name_).c_str(), 0666), 0);
+    const int far = ::open(directory_.native(name_).c_str(), O_RDWR);
+    send(far, content);
+    once_open_ = [far] { ::close(far); };
+  }
+
+  void make_pipe() {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    send(ends[1], content);
+    ::close(ends[1]);
+    handles_.push_back(ends[0]);
+    redirect("/proc/self/fd/" + std::to_string(ends[0]));
+  }
+
+  // Behind standard input; what comes from it may let wait for itself.
+  void make_socket(bool hesitates) {
+    int ends[2];
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+    standard_input_ = ::dup(STDIN_FILENO);
+    ::dup2(ends[0], STDIN_FILENO);
+    ::close(ends[0]);
+    redirect("/dev/stdin");
+    if (hesitates) ::fcntl(STDIN_FILENO, F_SETFL, O_NONBLOCK);
+    other_ = std::thread([far = ends[1], hesitates] {
+      for (const std::string part : {"con", "tent"}) {
+        if (hesitates) ::usleep(20000);
+        send(far, part);
+      }
+      ::close(far);
+    });
+    if (!hesitates) other_.join();
+  }
+
+  void make_terminal() {
+    const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_TRUE(master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0);
+    const std::string path = ::ptsname(master);
+    handles_ = {master, ::open(path.c_str(), O_RDWR | O_NOCTTY)};  // the second keeps what is typed until it is read
+    send(master, content + "\4\4");  // the first control character hands over the line, the second ends the input
+    if (tested_.by == "get")
+      name_ = path;  // links are not followed
+    else
+      redirect(path);
+  }
+
+  // A file of the kernel's that tells no size, and holds the name of the thread.
+  void make_sizeless() {
+    ::prctl(PR_SET_NAME, "content");
+    redirect("/proc/thread-self/comm");
+  }
+
+  const Case& tested_;
+  const std::string& way_;
+  TemporaryDirectory directory_;
+  std::string name_ = "f.x", result_;
+  std::u16string lone_;  // at the end of the path
+  std::optional<HostileStream> stream_;
+  std::function<void()> once_open_, in_between_;
+  std::vector<int> handles_;
+  std::thread other_;
+  pid_t child_ = 0;
+  int standard_input_ = -1;
+  bool is_available_ = true, is_forbidden_ = false;
+
+  const std::map<std::string, std::function<void()>> sources_ = {
+      {"regular", [&] { tested_.kind == "link" ? redirect(content) : fill(content), on_stream(content, 0); }},
+      {"leased", [&] { lease(); }},
+      {"vanished",
+       [&] { tested_.kind == "link" ? redirect(content) : fill(content), once_open_ = [&] { remove(); }; }},
+      {"replaced", [&] { redirect("gone"), once_open_ = [&] { remove(), fill(content); }; }},
+      {"grown", [&] { fill("con"), once_open_ = [&] { fill(content); }; }},
+      {"shrunk", [&] { fill(content), once_open_ = [&] { fs::resize_file(directory_.native(name_), 3); }; }},
+      {"rewritten", [&] { fill(content), in_between_ = [&] { fill("CONTENT"); }; }},
+      {"empty", [&] { fill(""), on_stream("", 0); }},
+      {"filled", [&] { on_stream("", 0), in_between_ = [&] { stream_->append(content); }; }},
+      {"stalling", [&] { on_stream(content, 1000); }},
+      {"fifo", [&] { make_fifo(); }},
+      {"pipe", [&] { make_pipe(); }},
+      {"socket", [&] { make_socket(false); }},
+      {"waiting", [&] { make_socket(true); }},
+      {"terminal", [&] { make_terminal(); }},
+      {"sizeless", [&] { make_sizeless(); }},
+      {"unreadable", [&] { redirect("/proc/self/mem"); }},  // of which nothing is mapped at 0
+      {"missing", [] {}},
+      {"below_a_file", [&] { fill(""), name_ = "f.x/f.x"; }},
+      {"directory", [&] { fs::create_directory(directory_.native(name_)); }},
+      {"forbidden", [&] { fill(content), ::chmod(directory_.native(name_).c_str(), 0), is_forbidden_ = true; }},
+      {"locked_up",
+       [&] { ::mkdir(directory_.native(name_).c_str(), 0600), name_ = "f.x/f.x", is_forbidden_ = true; }},
+      {"too_long", [&] { name_.insert(0, 256, 'n'); }},
+      {"no_name", [&] { lone_.push_back(0xD800); }}};
+};
+
+class Sources : public testing::TestWithParam<Case> {};
+
+TEST_P(Sources, AreReadOrSayWhyNot) {
+  for (std::size_t way = 0; way < ways.size(); ++way) {
+    SCOPED_TRACE(GetParam().place + ", " + ways[way]);
+    ::alarm(20);
+    Trial trial(GetParam(), ways[way]);
+    if (const auto result = trial.run())
+      EXPECT_EQ(*result, GetParam().expected[way]);
+    else
+      GTEST_SKIP() << "not to be had here";
+  }
+}
+
+std::string name_of(const testing::TestParamInfo<Case>& test) {
+  return boost::replace_all_copy(test.param.source + '_' + test.param.kind + '_' + test.param.by, "-", "_");
+}
+INSTANTIATE_TEST_SUITE_P(Table, Sources, testing::ValuesIn(cases()), name_of);
+
+}  // namespace
+}  // namespace Korvane::qardatainterfaces
