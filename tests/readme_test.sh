@@ -3,6 +3,7 @@
 # tests/readme_test.sh README SOURCE PROGRAM
 set -euo pipefail
 program=$(realpath "$3")
+# shellcheck disable=SC2016  # the quotes are those of the README
 sed -n '/^```cpp$/,/^```$/p' "$1" | sed '/^```/d' | diff - "$2"
 
 work=$(mktemp -d)

@@ -16,6 +16,7 @@ mkdir -p "$work"
 # Each public header by itself; the pkg-config flags do not make them system headers.
 headers=$(cd "$includedir" && find qardatainterfaces ku tavik_core qar opc -name '*.hpp')
 [ -n "$headers" ]
+# shellcheck disable=SC2001  # each line, not the whole
 sed 's/.*/#include <&>/' <<<"$headers" | split --lines=1 --additional-suffix=.cpp - "$work/header-"
 # shellcheck disable=SC2046,SC2086
 printf '%s\n' "$work"/header-*.cpp | xargs --max-procs=2 --max-args=1 \

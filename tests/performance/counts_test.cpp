@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -82,13 +83,22 @@ TEST(Allocations, ATransformTakesItsOutputAndATenthOfItsInput) {
   }
 }
 
+// Which call asks for the status of a file is up to the versions of Boost and of the C library.
+std::vector<long> calls_by_purpose(const std::function<void()>& task) {
+  auto calls = system_calls_of(task);
+  for (auto& call : calls)
+    for (const auto number : {SYS_stat, SYS_lstat, SYS_fstat, SYS_newfstatat})
+      if (call == number) call = SYS_statx;
+  return calls;
+}
+
 TEST(SystemCalls, ASmallFileIsReadWithThoseThatItNeeds) {
   const TemporaryFile file(std::string(4 * KiB, 'x'));
   QARFileReaderFactory factory;
-  EXPECT_THAT(system_calls_of([&] { factory.getReader(file.path())->readAll(); }),
-              ElementsAre(SYS_newfstatat, SYS_openat, SYS_newfstatat, SYS_pread64, SYS_close));
-  EXPECT_THAT(system_calls_of([&] { factory.getRuntimeReader(file.path())->readAll(); }),
-              ElementsAre(SYS_openat, SYS_newfstatat, SYS_pread64, SYS_close));
+  EXPECT_THAT(calls_by_purpose([&] { factory.getReader(file.path())->readAll(); }),
+              ElementsAre(SYS_statx, SYS_openat, SYS_statx, SYS_pread64, SYS_close));
+  EXPECT_THAT(calls_by_purpose([&] { factory.getRuntimeReader(file.path())->readAll(); }),
+              ElementsAre(SYS_openat, SYS_statx, SYS_pread64, SYS_close));
 }
 
 TEST(SystemCalls, ChunksAreReadBy64KibibytesAtLeast) {

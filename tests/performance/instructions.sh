@@ -13,6 +13,7 @@ count() {
 }
 
 transcode=$1 failures=0
+command -v valgrind >/dev/null || { echo 'skipped: valgrind is not installed'; exit 77; }
 while read -r script encoding tenths; do
   once=$(count "$script" "$encoding" 1) && twice=$(count "$script" "$encoding" 2) || exit 1
   each=$(((twice - once) * 100 >> 20))

@@ -94,7 +94,9 @@ std::string outcome(std::u16string path, bool runtime) try {
   EXPECT_EQ(std::strstr(exception.what(), ": file is closed.failbit is set.") != nullptr, name == "OPEN_FAILED");
   return name;
 } catch (const boost::filesystem::filesystem_error& error) {
-  return std::string(error.what(), std::strstr(error.what(), ": \"")).substr(std::strlen("boost::filesystem::"));
+  std::string reason(error.what(), std::strstr(error.what(), ": \""));
+  reason.erase(std::min(reason.find(" ["), reason.size()));  // newer Boost adds "[system:13]"
+  return reason.substr(std::strlen("boost::filesystem::"));
 }
 
 const auto not_expressible = "is_symlink: "s + std::strerror(EILSEQ);
@@ -110,8 +112,9 @@ TEST(QARFileReaderFactory, AnswersForEveryKindOfPath) {
   ::mkdir(directory.native("locked").c_str(), 0600);
   ::mkfifo(directory.native("fifo").c_str(), 0600);
   ::mknod(directory.native("socket").c_str(), S_IFSOCK | 0600, 0);
+  const auto rows = table("reading/paths.txt");
   const auto before = ::setfsuid(65534);  // the superuser is never denied anything
-  for (const auto& row : table("reading/paths.txt")) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.place);
     auto native = row.at(2);
     for (const auto* const name : {"/DIR/", "DIR/"}) boost::replace_all(native, name, directory.native(""));

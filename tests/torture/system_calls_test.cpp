@@ -71,6 +71,9 @@ int close(int handle) { return static_cast<int>(call("close", SYS_close, handle)
 int fstat(int handle, struct stat* to) noexcept { return static_cast<int>(call("fstat", SYS_fstat, handle, to)); }
 int lstat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("lstat", SYS_lstat, path, to)); }
 int stat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("stat", SYS_stat, path, to)); }
+int statx(int folder, const char* path, int flags, unsigned mask, struct statx* to) noexcept {
+  return static_cast<int>(call("statx", SYS_statx, folder, path, flags, mask, to));
+}
 ssize_t readlink(const char* path, char* to, size_t size) noexcept {
   return call("readlink", SYS_readlink, path, to, size);
 }

@@ -3,6 +3,7 @@
 #include <ku/i18n/codecvt.hpp>
 
 #include <unicode/ucnv.h>
+#include <unicode/uvernum.h>
 
 #include <algorithm>
 #include <array>
@@ -312,6 +313,9 @@ std::string describe(const std::vector<CodePageSurvey>& surveys) {
           "What the converters make of each code page, found by converting every code point and every sequence of "
           "two\n"
           "bytes there and back, longer sequences by sample. Written by `codepages`; the tests compare it.\n"
+          "\n"
+          "Made with ICU " U_ICU_VERSION
+          "; other versions have other tables.\n"
           "\n"
           "- **characters**: code points that come back unchanged. All 1112064 make a page **lossless**; more mean "
           "that\n"

@@ -1,4 +1,4 @@
-#include "CodeTables.hpp"
+#include "transcoding/CodeTables.hpp"
 
 #include <unicode/utf8.h>
 

@@ -1,4 +1,4 @@
-#include "IcuConverter.hpp"
+#include "converters/IcuConverter.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 

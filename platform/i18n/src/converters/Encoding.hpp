@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CodeTables.hpp"
-#include "IcuConverter.hpp"
+#include "converters/IcuConverter.hpp"
+#include "transcoding/CodeTables.hpp"
 
 #include <memory>
 #include <optional>

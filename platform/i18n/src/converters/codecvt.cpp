@@ -1,7 +1,7 @@
 #include <ku/i18n/codecvt.hpp>
 
-#include "Encoding.hpp"
-#include "direct.hpp"
+#include "converters/Encoding.hpp"
+#include "transcoding/kernels/direct.hpp"
 
 #include <algorithm>
 

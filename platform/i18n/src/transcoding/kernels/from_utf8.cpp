@@ -1,6 +1,6 @@
-#include "Utf8Block.hpp"
-#include "steps.hpp"
-#include "utf8.hpp"
+#include "transcoding/kernels/Utf8Block.hpp"
+#include "transcoding/kernels/steps.hpp"
+#include "transcoding/kernels/utf8.hpp"
 
 namespace ku::i18n::detail {
 namespace {

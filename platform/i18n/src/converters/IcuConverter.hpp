@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cursor.hpp"
+#include "converters/cursor.hpp"
 
 #include <unicode/ucnv.h>
 

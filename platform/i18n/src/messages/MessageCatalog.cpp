@@ -1,6 +1,6 @@
 #include <ku/i18n/MessageCatalog.hpp>
 
-#include "process_code.hpp"
+#include "paths/process_code.hpp"
 
 #include <unicode/simpleformatter.h>
 #include <unicode/udata.h>

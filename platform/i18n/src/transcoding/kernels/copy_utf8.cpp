@@ -1,6 +1,6 @@
-#include "Utf8Block.hpp"
-#include "direct.hpp"
-#include "utf8.hpp"
+#include "transcoding/kernels/Utf8Block.hpp"
+#include "transcoding/kernels/direct.hpp"
+#include "transcoding/kernels/utf8.hpp"
 
 #include <algorithm>
 #include <cstring>

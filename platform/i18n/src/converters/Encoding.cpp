@@ -1,4 +1,4 @@
-#include "Encoding.hpp"
+#include "converters/Encoding.hpp"
 
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>

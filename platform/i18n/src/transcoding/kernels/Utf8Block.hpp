@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ascii.hpp"
+#include "transcoding/kernels/ascii.hpp"
 
 #include <array>
 #include <cstddef>

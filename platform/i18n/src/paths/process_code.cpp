@@ -1,6 +1,6 @@
-#include "process_code.hpp"
+#include "paths/process_code.hpp"
 
-#include "Encoding.hpp"
+#include "converters/Encoding.hpp"
 
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/i18n/ZrLocale.hpp>

@@ -1,4 +1,4 @@
-#include "steps.hpp"
+#include "transcoding/kernels/steps.hpp"
 
 namespace ku::i18n::detail {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ascii.hpp"
-#include "direct.hpp"
+#include "transcoding/kernels/ascii.hpp"
+#include "transcoding/kernels/direct.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "IcuConverter.hpp"
-#include "LazyTable.hpp"
+#include "converters/IcuConverter.hpp"
+#include "transcoding/LazyTable.hpp"
 
 #include <cstddef>
 #include <cstdint>

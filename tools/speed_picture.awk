@@ -1,4 +1,5 @@
-# Draws the speed over the size, as SVG, of the rows "size, N KiB NAME to UTF-8" that zrqar_bench has written to a file.
+# Draws the speed over the size, as SVG, of the rows "size, N KiB NAME to UTF-8" that zrqar_bench has written to a file:
+# awk -f speed_picture.awk FILE
 
 BEGIN {
   FS = ";"
@@ -30,7 +31,7 @@ function rule(x1, y1, x2, y2, style) {
 function size_name(bytes) { return bytes < 1048576 ? bytes / 1024 " KiB" : bytes / 1048576 " MiB" }
 
 END {
-  if (!count) { print "picture.awk: there are no rows to draw" > "/dev/stderr"; exit 1 }
+  if (!count) { print "speed_picture.awk: there are no rows to draw" > "/dev/stderr"; exit 1 }
   low = int(least_y); high = int(most_y) + 1
   printf "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %d %d\" font-family=\"sans-serif\" font-size=\"12\">\n",
     width, height

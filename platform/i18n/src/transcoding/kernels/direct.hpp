@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CodeTables.hpp"
-#include "cursor.hpp"
+#include "converters/cursor.hpp"
+#include "transcoding/CodeTables.hpp"
 
 namespace ku::i18n::detail {
 
