@@ -1,8 +1,7 @@
 #include "Options.hpp"
 
-#include <ku/filesystem/process_code_traits.hpp>
-#include <ku/i18n/codecvt.hpp>
 #include <qardatainterfaces/QARFileReader.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 
 #include <charconv>
 #include <string_view>
@@ -53,11 +52,7 @@ std::u16string parseExtension(const std::string& text) {
   // Only the part of a name from its last dot on is compared, so anything else would never match.
   if (text.empty() || text.find_first_of("./", 1) != text.npos || text == "/")
     throw UsageError("'" + text + "' is not an extension");
-  try {
-    return ku::filesystem::detail::process_code_traits::to_internal(text[0] == '.' ? text : "." + text);
-  } catch (const ku::i18n::CvtInvalidCharacter&) {
-    throw UsageError("'" + text + "' is not text in the encoding of file names");
-  }
+  return Korvane::qardatainterfaces::QARPath::fromNative(text[0] == '.' ? text : "." + text);
 }
 
 std::vector<std::u16string> parseExtensions(const std::string& list) {

@@ -1,7 +1,9 @@
 #include "Source.hpp"
 
-#include <ku/filesystem/process_code_traits.hpp>
+#include "reason.hpp"
+
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 
 #include <sys/stat.h>
 
@@ -10,11 +12,12 @@ namespace qarread {
 using Korvane::qardatainterfaces::QARFileReader;
 using Korvane::qardatainterfaces::QARFileReaderFactory;
 
-ReadFailure::ReadFailure(int status)
-    : std::runtime_error("reading failed with status " + std::to_string(status)), status_(status) {}
+ReadFailure::ReadFailure(int status, const std::error_code& reason)
+    : std::runtime_error("reading failed with status " + std::to_string(status) + inParentheses(reason)),
+      status_(status) {}
 
 Source::Source(QARFileReaderFactory& factory, const std::string& path, bool runtime) {
-  const auto name = ku::filesystem::detail::process_code_traits::to_internal(path);
+  const auto name = Korvane::qardatainterfaces::QARPath::fromNative(path);
   reader_ = runtime ? factory.getRuntimeReader(name) : factory.getReader(name);
   kind_ = factory.willBeTransformed(name) ? Kind::transform : Kind::plain;
   struct stat found {};
@@ -34,16 +37,16 @@ const char* Source::reader() const noexcept {
 void Source::deliver(std::span<unsigned char> buffer, const Take& take) {
   if (kind_ == Kind::link) {  // each chunk read would begin anew
     const auto& target = reader_->readAll();
-    if (target.size() == 0) throw std::runtime_error("the link does not tell its target");
+    if (const auto reason = reader_->readError())
+      throw std::runtime_error("the link does not tell its target" + inParentheses(reason));
     take(target.begin(), target.size());
     return;
   }
   do {
     const auto count = reader_->read(buffer.data(), static_cast<unsigned int>(buffer.size()));
-    // To a transform, a file that cannot be read is an empty one; the stream knows better.
-    const bool unread = kind_ == Kind::transform && reader_->ready() != 0;
-    if (count == QARFileReader::failed || unread)
-      throw ReadFailure(reader_->readSucceeded() ? reader_->ready() : reader_->lastError());
+    // To a transform, a file that cannot be read is an empty one.
+    if (const auto reason = reader_->readError(); reason || count == QARFileReader::failed)
+      throw ReadFailure(reader_->readSucceeded() ? reader_->ready() : reader_->lastError(), reason);
     take(buffer.data(), count);
   } while (reader_->more());
 }

@@ -10,6 +10,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace Korvane::qardatainterfaces {
 class QARFileReaderFactory;
@@ -17,10 +18,11 @@ class QARFileReaderFactory;
 
 namespace qarread {
 
-/// A reader has reported a failure by its status codes.
+/// A reader has reported a failure.
 class ReadFailure : public std::runtime_error {
 public:
-  explicit ReadFailure(int status);
+  /// `reason` is the system's, if it has one.
+  ReadFailure(int status, const std::error_code& reason);
   int status() const noexcept { return status_; }
 
 private:
@@ -32,7 +34,7 @@ class Source {
 public:
   using Take = std::function<void(const void* bytes, std::size_t size)>;
 
-  /// Throws what the factory throws, and `ku::i18n::CvtInvalidCharacter` for a path that is not valid text.
+  /// Throws what the factory throws.
   Source(Korvane::qardatainterfaces::QARFileReaderFactory& factory, const std::string& path, bool runtime);
 
   /// "plain", "link" or "transform".

@@ -6,15 +6,15 @@
 #include "Progress.hpp"
 #include "Source.hpp"
 #include "printable.hpp"
+#include "reason.hpp"
 #include "walk.hpp"
 
-#include <ku/filesystem/process_code_traits.hpp>
 #include <ku/i18n/ZrLocale.hpp>
-#include <ku/i18n/to_string.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
 #include <qardatainterfaces/QARData.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
 #include <csignal>
@@ -125,7 +125,7 @@ void Session::visit(const Found& found) {
     throw;
   } catch (const DeployedException& error) {
     row.status = error.identifier();
-    failure = error.what();
+    failure = withReason(error);
   } catch (const ReadFailure& error) {
     row.status = std::to_string(error.status());
     failure = error.what();
@@ -154,9 +154,8 @@ void Session::deliver(Source& source, Row& row) {
 }
 
 void Session::enter(const Source& source, const Found& found) {
-  using ku::filesystem::detail::process_code_traits;
-  const auto entry = process_code_traits::to_internal(found.name);
-  catalogue_.addFileMapEntry(entry, process_code_traits::to_internal(found.path), false);
+  const auto entry = di::QARPath::fromNative(found.name.native());
+  catalogue_.addFileMapEntry(entry, di::QARPath::fromNative(found.path.native()), false);
   catalogue_.getFileMap()[entry].setUserData(source.reader());
 }
 
@@ -164,7 +163,7 @@ void Session::writeCatalogue() {
   progress_.erase();
   for (const auto& [name, record] : catalogue_.getFileMap()) {
     std::ostringstream line;
-    line << std::left << std::setw(11) << record.getUserData() << printable(ku::i18n::to_string(name)) << '\n';
+    line << std::left << std::setw(11) << record.getUserData() << printable(di::QARPath::toNative(name)) << '\n';
     output_.write(line.str());
   }
 }
