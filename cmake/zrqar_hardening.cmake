@@ -1,9 +1,12 @@
-# Makes faults harder to exploit. Off under the sanitizers, which find the same faults themselves.
-option(ZRQAR_HARDENING "Build with stack protector, fortify, control-flow protection and full RELRO" ON)
+# Makes faults harder to exploit. Off under the sanitizers, which find the same faults themselves, and in another project,
+# which has its own rules.
+option(ZRQAR_HARDENING "Build with stack protector, fortify, control-flow protection and full RELRO"
+       ${PROJECT_IS_TOP_LEVEL})
 
 if(ZRQAR_HARDENING)
   add_compile_options(-fstack-protector-strong -fstack-clash-protection -fcf-protection=full
-    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+    $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE>  # without optimisation it only warns
+    $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
   add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
 endif()
 

@@ -6,32 +6,47 @@ file(RELATIVE_PATH libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_
 set(CMAKE_INSTALL_RPATH $ORIGIN/${libraries_from_programs})
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
-# zrqar_install_target(TARGET INCLUDES): a library, and the public headers in the folder INCLUDES.
+set(ZRQAR_CMAKE_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/cmake/zrqardatainterfaces)
+
+# zrqar_install_target(TARGET INCLUDES): a library, the public headers in the folder INCLUDES, and a file for CMake of
+# its own, so that a stand-in can be left out where the platform has the library.
 function(zrqar_install_target target includes)
-  install(TARGETS ${target} EXPORT zrqardatainterfacesTargets
+  if(NOT ZRQAR_INSTALL)
+    return()
+  endif()
+  install(TARGETS ${target} EXPORT ${target}Targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
   install(DIRECTORY ${includes}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+  install(EXPORT ${target}Targets NAMESPACE zrqardatainterfaces::
+    DESTINATION ${ZRQAR_CMAKE_DIRECTORY} COMPONENT development)
 endfunction()
 
-# The program, its manual page, and what find_package(zrqardatainterfaces) and pkg-config read.
+# What find_package(zrqardatainterfaces) and pkg-config read, and the program.
 function(zrqar_install_rest)
-  add_custom_target(installed DEPENDS zrqardatainterfaces qarread)  # all that is built to be installed
-  install(TARGETS qarread RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
-  set(manual ${PROJECT_SOURCE_DIR}/docs/qarread.1)
-  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${manual})
-  execute_process(COMMAND gzip --best --no-name --stdout ${manual} OUTPUT_FILE ${PROJECT_BINARY_DIR}/qarread.1.gz
-    COMMAND_ERROR_IS_FATAL ANY)
-  install(FILES ${PROJECT_BINARY_DIR}/qarread.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT development)
+  if(PROJECT_IS_TOP_LEVEL)
+    add_custom_target(installed DEPENDS zrqardatainterfaces $<TARGET_NAME_IF_EXISTS:qarread>)  # all that is installed
+  endif()
+  if(ZRQAR_EXAMPLES)
+    zrqar_install_program()
+  endif()
 
-  set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/zrqardatainterfaces)
-  install(EXPORT zrqardatainterfacesTargets NAMESPACE zrqardatainterfaces::
-    DESTINATION ${folder} COMPONENT development)
+  # A static library leaves it to its clients to find what it rests on.
+  set(ZRQAR_DEPENDENCIES)
+  set(PC_REQUIRES)
+  if(NOT BUILD_SHARED_LIBS AND TARGET zrqardatainterfaces::kui18n)
+    set(ZRQAR_DEPENDENCIES "find_dependency(ICU 72 COMPONENTS uc)")
+    set(PC_REQUIRES "icu-uc >= 72")
+  endif()
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/zrqardatainterfacesConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/zrqardatainterfacesConfig.cmake @ONLY)
   write_basic_package_version_file(${PROJECT_BINARY_DIR}/zrqardatainterfacesConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
-  install(FILES ${PROJECT_SOURCE_DIR}/cmake/zrqardatainterfacesConfig.cmake
+  install(FILES ${PROJECT_SOURCE_DIR}/cmake/zrqardatainterfacesPlatform.cmake
+    ${PROJECT_BINARY_DIR}/zrqardatainterfacesConfig.cmake
     ${PROJECT_BINARY_DIR}/zrqardatainterfacesConfigVersion.cmake
-    DESTINATION ${folder} COMPONENT development)
+    DESTINATION ${ZRQAR_CMAKE_DIRECTORY} COMPONENT development)
 
   # The prefix is known for certain only when installing: cmake --install may name another.
   foreach(directory LIBDIR INCLUDEDIR)
@@ -42,6 +57,7 @@ function(zrqar_install_rest)
     endif()
   endforeach()
   install(CODE "
+    set(PC_REQUIRES [[${PC_REQUIRES}]])
     set(PC_LIBDIR [[${PC_LIBDIR}]])
     set(PC_INCLUDEDIR [[${PC_INCLUDEDIR}]])
     set(PROJECT_VERSION ${PROJECT_VERSION})
@@ -50,4 +66,16 @@ function(zrqar_install_rest)
       [[${PROJECT_BINARY_DIR}/zrqardatainterfaces.pc]] @ONLY)" COMPONENT development)
   install(FILES ${PROJECT_BINARY_DIR}/zrqardatainterfaces.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endfunction()
+
+# The program, its manual page and its completion.
+function(zrqar_install_program)
+  install(TARGETS qarread RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
+  set(manual ${PROJECT_SOURCE_DIR}/docs/qarread.1)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${manual})
+  execute_process(COMMAND gzip --best --no-name --stdout ${manual} OUTPUT_FILE ${PROJECT_BINARY_DIR}/qarread.1.gz
+    COMMAND_ERROR_IS_FATAL ANY)
+  install(FILES ${PROJECT_BINARY_DIR}/qarread.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT development)
+  install(FILES ${PROJECT_SOURCE_DIR}/examples/qarread.bash RENAME qarread
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT development)
 endfunction()

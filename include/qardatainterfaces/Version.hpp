@@ -1,5 +1,12 @@
 #pragma once
 
+/// The version of these headers.
+/// @{
+#define ZRQAR_VERSION_MAJOR 1
+#define ZRQAR_VERSION_MINOR 0
+#define ZRQAR_VERSION_PATCH 0
+/// @}
+
 /// The version and the day of the build of the library that is loaded, which may differ from those of the headers.
 extern "C" {
 /// Month abbreviation, day and year, separated by blanks, for example "Nov 22 2026".

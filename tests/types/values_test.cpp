@@ -185,7 +185,11 @@ TEST(QARData, KeepsEntriesWhereTheyAreAndTakesArgumentsFromThem) {
   EXPECT_EQ(data.getTarvoPathVector(), std::vector<std::u16string>(21, name));
 }
 
-TEST(Version, IsThatOfTheInterface) { EXPECT_EQ(std::string(libzrqardatainterfaces_version).rfind("1.", 0), 0U); }
+TEST(Version, IsThatOfTheHeaders) {
+  const auto headers = std::to_string(ZRQAR_VERSION_MAJOR) + "." + std::to_string(ZRQAR_VERSION_MINOR) + "." +
+                       std::to_string(ZRQAR_VERSION_PATCH) + ".";
+  EXPECT_EQ(std::string(libzrqardatainterfaces_version).substr(0, headers.size()), headers);
+}
 
 }  // namespace
 }  // namespace Korvane::qardatainterfaces

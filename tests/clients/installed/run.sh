@@ -3,10 +3,11 @@
 # describes, one by CMake and one by pkg-config, in the folder WORK, and runs both.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
+library=$(cd "$here/../../.." && pwd)
 pc=$1 cxx=$2 work=$3
 warnings="-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror"
-export PKG_CONFIG_LIBDIR
-PKG_CONFIG_LIBDIR=$(dirname "$pc")
+PKG_CONFIG_PATH=$(dirname "$pc")
+export PKG_CONFIG_PATH
 [ -s "$pc" ]
 libdir=$(pkgconf --variable=libdir zrqardatainterfaces)
 includedir=$(pkgconf --variable=includedir zrqardatainterfaces)
@@ -24,8 +25,8 @@ printf '%s\n' "$work"/header-*.cpp | xargs --max-procs=2 --max-args=1 \
 
 # shellcheck disable=SC2046,SC2086
 "$cxx" -std=c++17 -fvisibility=hidden -fvisibility-inlines-hidden $warnings -o "$work/by-pkgconf" \
-  "$here/../../examples/readme_example.cpp" $(pkgconf --cflags --libs zrqardatainterfaces) -Wl,-rpath,"$libdir"
-"$here/../readme_test.sh" "$here/../../README.md" "$here/../../examples/readme_example.cpp" "$work/by-pkgconf"
+  "$library/examples/readme_example.cpp" $(pkgconf --cflags --libs zrqardatainterfaces) -Wl,-rpath,"$libdir"
+"$library/tests/readme_test.sh" "$library/README.md" "$library/examples/readme_example.cpp" "$work/by-pkgconf"
 
 cmake -S "$here" -B "$work/by-cmake" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$warnings" \
   -DCMAKE_PREFIX_PATH="$(pkgconf --variable=prefix zrqardatainterfaces);$libdir/cmake" >"$work/cmake.log"
