@@ -43,6 +43,10 @@ make options -r --stat --catalogue --help --runtime --chunk=0 --nonsense --- "-$
 cmp content short.content || wrong 'content of short'
 (cd options && "$program" -- *) | cmp - options.content || wrong 'content of options'
 
+# With the mark that the factory leaves out; "//" means "/".
+echo decoy >short.mark
+"$program" //:short.mark >content 2>/dev/null && wrong 'another file was read'
+
 # Nothing but text of one line each comes out, with no character that could do anything to a terminal.
 export LC_ALL=C.UTF-8
 for arguments in '-r --stat short' '-r --catalogue short' "short/a/"$'\xff'$'\n'; do

@@ -15,6 +15,7 @@
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
 #include <cstdio>
@@ -257,6 +258,8 @@ TEST(OutOfMemory, IsNeverTakenForAnythingElseByThePlatform) {
       {"text", [&](World& w) { w.made = ku::i18n::to_string(odd); }},
       {"path", [&](World& w) { w.made = traits::to_external(odd); }},
       {"path back", [&](World& w) { w.units = traits::to_internal(path); }},
+      {"name", [&](World& w) { w.units = QARPath::fromNative(path + '\xFF'); }},
+      {"name back", [&](World& w) { w.made = QARPath::toNative(odd + u'\xDCFF'); }},
       {"ASCII", [&](World& w) { w.units = ku::i18n::codecvt_ascii_to_ustring().convert(&long_text[0], 99); }}};
   for (const std::string encoding : {"UTF-8", "KOI8-R", "SJIS", "ISO-2022-JP", "GB18030", "UTF-16", "UTF-7", "HZ"})
     for (const bool tolerant : {false, true}) {
