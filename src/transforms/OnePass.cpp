@@ -1,12 +1,13 @@
-#if __has_include(<ku/i18n/Transcoder.hpp>)  // the platform need not have one
-
 #include "OnePass.hpp"
+
+#if __has_include(<ku/i18n/Transcoder.hpp>)  // the platform need not have one
 
 #include "types/ByteBuffer.hpp"
 
 #include <ku/i18n/Transcoder.hpp>
 
 #include <algorithm>
+#include <array>
 
 namespace Korvane::qardatainterfaces {
 namespace {
@@ -61,6 +62,39 @@ std::optional<LossyStages> transcodeInOnePass(const QARByteArray& in, QARByteArr
 } catch (...) {
   return std::nullopt;
 }
+
+QARConversionLoss locateLosses(const QARByteArray& in, const std::string& from, const std::string& to) {
+  QARConversionLoss result;
+  Transcoder transcoder(from, to);
+  transcoder.report_losses([&result](const ku::i18n::ConversionLoss& loss) {
+    ++(loss.malformed ? result.malformed : result.unmappable);
+    if (result.places.size() == QARConversionLoss::most_places) return;
+    result.places.push_back({loss.offset, loss.length, loss.character, loss.malformed});
+  });
+  std::array<char, 16384> discarded;
+  const auto* bytes = reinterpret_cast<const char*>(in.begin());
+  const auto* const end = bytes + in.size();
+  for (bool done = false; !done;) {
+    const auto step =
+        transcoder.convert(bytes, static_cast<std::size_t>(end - bytes), true, discarded.data(), discarded.size());
+    bytes += step.consumed;
+    done = step.done;
+  }
+  return result;
+}
+
+}  // namespace Korvane::qardatainterfaces
+
+#else
+
+namespace Korvane::qardatainterfaces {
+
+std::optional<LossyStages> transcodeInOnePass(const QARByteArray&, QARByteArray&, const std::string&,
+                                              const std::string&) noexcept {
+  return std::nullopt;
+}
+
+QARConversionLoss locateLosses(const QARByteArray&, const std::string&, const std::string&) { return {}; }
 
 }  // namespace Korvane::qardatainterfaces
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <qardatainterfaces/QARByteArray.hpp>
+#include <qardatainterfaces/QARConversionLoss.hpp>
 
 #include <optional>
 #include <string>
@@ -14,8 +15,13 @@ struct LossyStages {
 };
 
 /// Makes `out` the text of `in`, re-encoded, with the platform's transcoder. Nothing, and `out` as it was, if
-/// anything keeps that from being done: then the two stages, one after the other, show what it is.
+/// anything keeps that from being done, as where the platform has none: then the two stages, one after the other,
+/// show what it is.
 std::optional<LossyStages> transcodeInOnePass(const QARByteArray& in, QARByteArray& out, const std::string& from,
                                               const std::string& to) noexcept;
+
+/// What the same conversion loses, and where. Nothing where the platform has no transcoder. May throw
+/// `std::bad_alloc`.
+QARConversionLoss locateLosses(const QARByteArray& in, const std::string& from, const std::string& to);
 
 }  // namespace Korvane::qardatainterfaces

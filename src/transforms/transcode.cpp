@@ -1,28 +1,24 @@
 #include "transcode.hpp"
 
+#include "OnePass.hpp"
+
 #include <ku/i18n/codecvt.hpp>
 #include <qar/qardatainterfaces/messages.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
-
-#if __has_include(<ku/i18n/Transcoder.hpp>)
-#include "OnePass.hpp"
-#endif
 
 #include <iostream>
 
 namespace Korvane::qardatainterfaces {
 namespace {
 
-void report() { std::cout << "Invalid character was detected." << std::endl; }
-
-/// Converts a whole text by `Converter`, strictly; if that meets an invalid character, says so and converts
+/// Converts a whole text by `Converter`, strictly; if that meets an invalid character, calls `tell` and converts
 /// tolerantly.
-template <class Converter, class Text>
-auto convert(const std::string& encoding, const Text* text, std::size_t count) {
+template <class Converter, class Text, class Tell>
+auto convert(const std::string& encoding, const Text* text, std::size_t count, Tell tell) {
   try {
     return Converter(encoding, false).convert(text, count);
   } catch (const ku::i18n::CvtInvalidCharacter&) {
-    report();
+    tell();
   } catch (...) {
     throw rtxi18nutil::DeployedException(
         qar::qardatainterfaces::QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER());
@@ -30,24 +26,22 @@ auto convert(const std::string& encoding, const Text* text, std::size_t count) {
   return Converter(encoding, true).convert(text, count);
 }
 
-void transcodeInTwoStages(const QARByteArray& in, QARByteArray& out, const std::string& from, const std::string& to) {
-  using namespace ku::i18n;
-  const auto* const bytes = reinterpret_cast<const char*>(in.begin());
-  const auto units = convert<codecvt_string_to_ustring>(from, bytes, in.size());
-  out = QARByteArray(convert<codecvt_ustring_to_string>(to, units.data(), units.size()));
-}
-
 }  // namespace
 
-void transcode(const QARByteArray& in, QARByteArray& out, const std::string& from, const std::string& to) {
-#if __has_include(<ku/i18n/Transcoder.hpp>)
-  if (const auto loss = transcodeInOnePass(in, out, from, to)) {
-    if (loss->inInput) report();
-    if (loss->inOutput) report();
+void transcode(const QARByteArray& in, QARByteArray& out, const std::string& from, const std::string& to,
+               const std::function<void(Stage)>& tell) {
+  if (const auto lossy = transcodeInOnePass(in, out, from, to)) {
+    if (lossy->inInput) tell(Stage::decoding);
+    if (lossy->inOutput) tell(Stage::encoding);
     return;
   }
-#endif
-  transcodeInTwoStages(in, out, from, to);
+  using namespace ku::i18n;
+  const auto* const bytes = reinterpret_cast<const char*>(in.begin());
+  const auto units = convert<codecvt_string_to_ustring>(from, bytes, in.size(), [&] { tell(Stage::decoding); });
+  out = QARByteArray(
+      convert<codecvt_ustring_to_string>(to, units.data(), units.size(), [&] { tell(Stage::encoding); }));
 }
+
+void announce(Stage) { std::cout << "Invalid character was detected." << std::endl; }
 
 }  // namespace Korvane::qardatainterfaces

@@ -60,9 +60,11 @@ std::string described(const ConversionLoss& loss) {
   return text.str();
 }
 
-/// Pieces of `slice` bytes, and room for `room` bytes. Both have ends that a sanitizer sees.
+/// Pieces of `slice` bytes, and room for `room` bytes. Their ends are seen by a sanitizer, and that of the room by
+/// the mark behind it.
 Result by_transcoder(const std::string& from, const std::string& to, const std::string& text, std::size_t slice,
                      std::size_t room, bool locates) {
+  static const std::string mark = "the end of the room";
   Transcoder transcoder(from, to);
   Result result;
   if (locates) transcoder.report_losses([&](const ConversionLoss& loss) { result.losses += described(loss); });
@@ -70,8 +72,11 @@ Result by_transcoder(const std::string& from, const std::string& to, const std::
   for (int calls = 0; calls < 100000; ++calls) {
     const std::vector<char> piece(text.data() + consumed, text.data() + offered);
     std::vector<char> out(room);
+    out.insert(out.end(), mark.begin(), mark.end());
+    out.shrink_to_fit();
     const bool last = offered == text.size();
-    const auto step = transcoder.convert(piece.data(), piece.size(), last, out.data(), out.size());
+    const auto step = transcoder.convert(piece.data(), piece.size(), last, out.data(), room);
+    EXPECT_TRUE(std::equal(mark.begin(), mark.end(), out.data() + room)) << "written behind the room";
     result.bytes.append(out.data(), step.written);
     consumed += step.consumed;
     if (!step.done) continue;
@@ -124,6 +129,18 @@ TEST_P(Windows, ConvertEveryFragmentAlikeWhereverItStands) {
       ASSERT_EQ(by_transcoder(source, target, text, 50, Transcoder::least_room + number % 64, false), expected)
           << filling << " x " << before << testing::PrintToString(fragment);
     }
+}
+
+// ASCII up to the end of the room, or a few bytes short of it, and then each of the fillings.
+TEST_P(Windows, KeepWithinTheRoom) {
+  const auto& [source, target, fillings] = GetParam();
+  for (const auto& filling : fillings)
+    for (std::size_t room = Transcoder::least_room; room < Transcoder::least_room + 20; ++room)
+      for (std::size_t ascii = room - 9; ascii <= room; ++ascii) {
+        const auto text = std::string(ascii, 'a') + repeated(filling, 30);
+        ASSERT_EQ(by_transcoder(source, target, text, text.size(), room, false), by_converters(source, target, text))
+            << filling << ' ' << room << ' ' << ascii;
+      }
 }
 
 using namespace std::string_literals;

@@ -63,8 +63,7 @@ BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::str
 }
 
 icu::UnicodeString text_of(const std::string& argument) {
-  const auto text =
-      codecvt_string_to_ustring(detail::process_code(), true).convert(argument.data(), argument.size());
+  const auto text = codecvt_string_to_ustring(detail::process_code(), true).convert(argument.data(), argument.size());
   constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
   if (text.size() > most) throw std::length_error("MessageCatalog::get_message");  // not covered: takes 4 GiB
   icu::UnicodeString result(text.data(), static_cast<std::int32_t>(text.size()));

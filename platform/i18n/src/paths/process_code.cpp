@@ -1,5 +1,5 @@
-#include "converters/Encoding.hpp"
 #include "locale/process_code.hpp"
+#include "converters/Encoding.hpp"
 
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/i18n/codecvt.hpp>

@@ -20,12 +20,12 @@ Entry character_entry(char32_t code) {
   return static_cast<Entry>(bytes | static_cast<std::uint32_t>(length) << 24);
 }
 
-void delete_below(DecodeNode& node) {
-  auto* const children = node.children.load(std::memory_order_relaxed);
-  if (children == nullptr) return;
-  for (auto& child : *children) {
-    auto* const below = child.load(std::memory_order_relaxed);
-    if (below == nullptr) continue;
+void delete_below(const DecodeNode& node) {
+  const auto* const children = node.children.load(std::memory_order_relaxed);
+  if (children == &DecodeNode::no_children) return;
+  for (const auto& child : *children) {
+    const auto* const below = child.load(std::memory_order_relaxed);
+    if (below == &DecodeNode::none) continue;
     delete_below(*below);
     delete below;
   }
@@ -46,7 +46,7 @@ DecodeTable::Found DecodeTable::find(std::string_view text) const {
     if (entry == 0) entry = look_up(*node, text.substr(0, length));
     const bool is_prefix = entry < 0 && kind_of(entry) == Kind::prefix;
     if (!is_prefix || length == text.size()) return {entry, length};
-    node = const_cast<DecodeNode*>(node->child(byte));
+    node = const_cast<DecodeNode*>(&node->child(byte));  // one that `add_child` has made
   }
 }
 
@@ -84,9 +84,13 @@ Entry DecodeTable::ask(std::string_view sequence) const {
 // If anything is thrown, the tree is as it was.
 bool DecodeTable::add_child(DecodeNode& node, unsigned byte) const {
   if (nodes_ == most_nodes) return false;
-  auto* children = node.children.load(std::memory_order_relaxed);
-  if (children == nullptr) node.children.store(children = new DecodeNode::Children{}, std::memory_order_release);
-  (*children)[byte].store(new DecodeNode, std::memory_order_release);
+  const auto* children = node.children.load(std::memory_order_relaxed);
+  if (children == &DecodeNode::no_children) {
+    auto added = std::make_unique<DecodeNode::Children>();
+    for (auto& child : *added) child.store(&DecodeNode::none, std::memory_order_relaxed);
+    node.children.store(children = added.release(), std::memory_order_release);
+  }
+  const_cast<DecodeNode::Children&>(*children)[byte].store(new DecodeNode, std::memory_order_release);
   ++nodes_;
   return true;
 }

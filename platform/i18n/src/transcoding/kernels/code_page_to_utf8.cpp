@@ -2,6 +2,8 @@
 #include "transcoding/kernels/utf8.hpp"
 #include "transcoding/kernels/windows.hpp"
 
+#include <utility>
+
 namespace ku::i18n::detail {
 namespace {
 
@@ -68,8 +70,7 @@ private:
 Step convert_long(const char* from, char* to, const DecodeNode* node, Entry entry) noexcept {
   std::size_t length = 2;
   for (; entry < 0 && kind_of(entry) == Kind::prefix && length < 4; ++length) {
-    node = node->child(byte_at(from, length - 1));
-    if (node == nullptr) return {};
+    node = &node->child(byte_at(from, length - 1));
     entry = node->entry(byte_at(from, length));
   }
   if (entry > 0) return put_entry(length, entry, to);
@@ -79,7 +80,15 @@ Step convert_long(const char* from, char* to, const DecodeNode* node, Entry entr
 
 }  // namespace
 
-ByteCursor single_byte_to_utf8(ByteCursor c, const DecodeNode& root, bool keeps_ascii) noexcept {
+constinit const DecodeNode DecodeNode::none{};
+constinit const DecodeNode::Children DecodeNode::no_children =
+    []<std::size_t... byte>(std::index_sequence<byte...>) constexpr {
+  return Children{{(static_cast<void>(byte), &none)...}};
+}
+(std::make_index_sequence<256>());
+
+// Everything in one function keeps the cursor in registers.
+[[gnu::flatten]] ByteCursor single_byte_to_utf8(ByteCursor c, const DecodeNode& root, bool keeps_ascii) noexcept {
   c = convert_windows(c, keeps_ascii, SingleByteWindows(root));
   return convert_by_steps(c, keeps_ascii, [&root](const char* from, char* to) {
     const Entry bytes = root.entry(byte_at(from, 0));
@@ -88,13 +97,12 @@ ByteCursor single_byte_to_utf8(ByteCursor c, const DecodeNode& root, bool keeps_
 }
 
 ByteCursor multi_byte_to_utf8(ByteCursor c, const DecodeNode& root, bool keeps_ascii) noexcept {
-  const auto* const children = root.children.load(std::memory_order_acquire);
-  return convert_by_steps(c, keeps_ascii, [&root, children](const char* from, char* to) {
+  const auto& children = *root.children.load(std::memory_order_acquire);
+  return convert_by_steps(c, keeps_ascii, [&root, &children](const char* from, char* to) {
     const auto first = byte_at(from, 0);
     Entry bytes = root.entry(first);
     if (bytes > 0) return put_entry(1, bytes, to);
-    const auto* const node = children == nullptr ? nullptr : (*children)[first].load(std::memory_order_acquire);
-    if (node == nullptr) return Step{};
+    const auto* const node = children[first].load(std::memory_order_acquire);
     bytes = node->entry(byte_at(from, 1));
     return bytes > 0 ? put_entry(2, bytes, to) : convert_long(from, to, node, bytes);
   });

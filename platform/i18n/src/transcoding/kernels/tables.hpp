@@ -41,17 +41,21 @@ constexpr std::size_t length_of(Entry bytes) { return static_cast<std::uint32_t>
 
 /// From a byte sequence to UTF-8: the entries for each byte that may follow a certain prefix.
 struct DecodeNode {
-  using Children = std::array<std::atomic<DecodeNode*>, 256>;
+  using Children = std::array<std::atomic<const DecodeNode*>, 256>;
+
+  /// Without entries, and what has no children: a kernel need not ask whether there are any.
+  /// @{
+  static const DecodeNode none;
+  static const Children no_children;
+  /// @}
 
   std::array<AtomicEntry, 256> entries{};
-  /// Of the entries that are prefixes. Null if there are none, or none has been met.
-  std::atomic<Children*> children{nullptr};
+  /// For each entry that is a prefix, the entries behind it; `none` for the others.
+  std::atomic<const Children*> children{&no_children};
 
   Entry entry(unsigned byte) const noexcept { return entries[byte].load(std::memory_order_acquire); }
-  /// Null unless the entry is a prefix.
-  const DecodeNode* child(unsigned byte) const noexcept {
-    const auto* const all = children.load(std::memory_order_acquire);
-    return all == nullptr ? nullptr : (*all)[byte].load(std::memory_order_acquire);
+  const DecodeNode& child(unsigned byte) const noexcept {
+    return *(*children.load(std::memory_order_acquire))[byte].load(std::memory_order_acquire);
   }
 };
 

@@ -83,45 +83,57 @@ char* put_window(__m128i units, char* to) noexcept {
   return to;
 }
 
+// Converts one character, and returns whether it is one.
+//
+// Reads      four bytes.
+// Writes     four bytes in any case.
+template <std::endian order>
+bool put_character(ByteCursor& c) noexcept {
+  const char32_t unit = get_wide<char16_t, order>(c.from);
+  if (!is_surrogate(unit)) {
+    c.to += put_utf8(unit, c.to);
+    c.from += 2;
+    return true;
+  }
+  const char32_t trail = get_wide<char16_t, order>(c.from + 2);
+  if (!is_lead(unit) || !is_trail(trail)) return false;
+  c.to += put_utf8(pair(unit, trail), c.to);
+  c.from += 4;
+  return true;
+}
+
 }  // namespace
 
-// Converts by windows of eight units without surrogates, and by characters where there are some.
+// Takes 16 units of ASCII at a time, or eight of any kind, together if there are no surrogates. To go up to the first
+// one beyond ASCII instead is slower, since nobody can predict where it is (Western text: 1.8 times the two stages of
+// ICU, by this 3).
 //
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
-// Reads      32 bytes for ASCII, 16 for other windows, a character; the loop ends before there are fewer.
-// Writes     up to three bytes a unit and one behind them: 25 bytes, of which there is room for 32.
+// Reads      32 bytes, and a pair that begins in them; the loop ends before there are fewer.
+// Writes     up to 32 bytes: three bytes for each of eight units and one behind them, or four for each of eight
+//            characters.
 template <std::endian order>
-ByteCursor utf16_to_utf8(ByteCursor c) noexcept {
-  constexpr std::size_t window_bytes = 2 * window_units;
-  while (c.left() >= 4 && c.room() >= 32) {
-    if (c.left() >= 2 * window_bytes) {
-      const __m128i units = load_units<order>(c.from);
-      const __m128i next = load_units<order>(c.from + window_bytes);
-      if (is_zero(with_bits(_mm_or_si128(units, next), 0xFF80))) {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(c.to), _mm_packus_epi16(units, next));
-        c.from += 2 * window_bytes;
-        c.to += 2 * window_units;
-        continue;
-      }
-      const __m128i surrogates =
-          _mm_cmpeq_epi16(with_bits(units, 0xF800), _mm_set1_epi16(static_cast<short>(0xD800)));
-      if (_mm_movemask_epi8(surrogates) == 0) {
-        c.to = is_zero(with_bits(units, 0xF800)) ? put_short(units, c.to) : put_window(units, c.to);
-        c.from += window_bytes;
-        continue;
-      }
-    }
-    const char32_t unit = get_wide<char16_t, order>(c.from);
-    if (!is_surrogate(unit)) {
-      c.to += put_utf8(unit, c.to);
-      c.from += 2;
+[[gnu::flatten]] ByteCursor utf16_to_utf8(ByteCursor c) noexcept {
+  constexpr std::size_t register_bytes = 2 * window_units;
+  while (c.left() >= 2 * register_bytes + 2 && c.room() >= 4 * window_units) {
+    const __m128i units = load_units<order>(c.from);
+    const __m128i next = load_units<order>(c.from + register_bytes);
+    if (is_zero(with_bits(_mm_or_si128(units, next), 0xFF80))) {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(c.to), _mm_packus_epi16(units, next));
+      c.from += 2 * register_bytes;
+      c.to += 2 * window_units;
       continue;
     }
-    const char32_t trail = get_wide<char16_t, order>(c.from + 2);
-    if (!is_lead(unit) || !is_trail(trail)) break;
-    c.to += put_utf8(pair(unit, trail), c.to);
-    c.from += 4;
+    const __m128i surrogates = _mm_cmpeq_epi16(with_bits(units, 0xF800), _mm_set1_epi16(static_cast<short>(0xD800)));
+    if (_mm_movemask_epi8(surrogates) == 0) {
+      c.to = is_zero(with_bits(units, 0xF800)) ? put_short(units, c.to) : put_window(units, c.to);
+      c.from += register_bytes;
+      continue;
+    }
+    for (const char* const end = c.from + register_bytes; c.from < end;)
+      if (!put_character<order>(c)) return c;
   }
+  while (c.left() >= 4 && c.room() >= 4 && put_character<order>(c)) continue;
   return c;
 }
 

@@ -87,7 +87,8 @@ private:
 
 const EncodeRows::Row EncodeRows::none{};
 
-ByteCursor utf8_to_code_page(ByteCursor c, const EncodeRows& rows, bool keeps_ascii) noexcept {
+// Everything in one function keeps the cursor in registers.
+[[gnu::flatten]] ByteCursor utf8_to_code_page(ByteCursor c, const EncodeRows& rows, bool keeps_ascii) noexcept {
   c = convert_windows(c, keeps_ascii, Utf8Windows(rows));
   return convert_by_steps(c, keeps_ascii, [&rows](const char* from, char* to) {
     const auto [code, length] = first_whole_character(from);

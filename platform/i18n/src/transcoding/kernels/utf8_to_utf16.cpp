@@ -6,23 +6,39 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Widens ASCII by blocks, and returns its length: less than a block behind it is not ASCII, or short of room.
+// Widens a block as if all of it were ASCII, and tells which of its bytes are not, a bit each.
 //
-// Reads      a block at a time.
-// Writes     two bytes for each.
+// Reads      a block.
+// Writes     two bytes for each of its bytes.
 template <std::endian order>
-std::size_t widen_ascii(const ByteCursor& c) noexcept {
-  std::size_t at = 0;
-  for (; at + ascii_block <= c.left() && 2 * (at + ascii_block) <= c.room(); at += ascii_block) {
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(c.from + at));
-    if (_mm_movemask_epi8(bytes) != 0) break;
-    const __m128i zero = _mm_setzero_si128();
-    const bool is_native = order == std::endian::native;
-    auto* const to = reinterpret_cast<__m128i*>(c.to + 2 * at);
-    _mm_storeu_si128(to, is_native ? _mm_unpacklo_epi8(bytes, zero) : _mm_unpacklo_epi8(zero, bytes));
-    _mm_storeu_si128(to + 1, is_native ? _mm_unpackhi_epi8(bytes, zero) : _mm_unpackhi_epi8(zero, bytes));
+unsigned widen_block(const char* from, char* to) noexcept {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  const __m128i zero = _mm_setzero_si128();
+  const bool is_native = order == std::endian::native;
+  auto* const units = reinterpret_cast<__m128i*>(to);
+  _mm_storeu_si128(units, is_native ? _mm_unpacklo_epi8(bytes, zero) : _mm_unpacklo_epi8(zero, bytes));
+  _mm_storeu_si128(units + 1, is_native ? _mm_unpackhi_epi8(bytes, zero) : _mm_unpackhi_epi8(zero, bytes));
+  return static_cast<unsigned>(_mm_movemask_epi8(bytes));
+}
+
+// Converts one character, and returns whether it is one.
+//
+// Reads      four bytes.
+// Writes     up to four bytes.
+template <std::endian order>
+bool put_character(ByteCursor& c) noexcept {
+  const auto [code, length] = first_whole_character(c.from);
+  if (length == 0) return false;
+  if (code < 0x10000) {
+    put_wide<char16_t, order>(static_cast<char16_t>(code), c.to);
+    c.to += 2;
+  } else {
+    put_wide<char16_t, order>(lead_of(code), c.to);
+    put_wide<char16_t, order>(trail_of(code), c.to + 2);
+    c.to += 4;
   }
-  return at;
+  c.from += length;
+  return true;
 }
 
 // Converts the characters of a block that begin in it, if none of them has four bytes or is malformed.
@@ -46,31 +62,29 @@ bool put_block(ByteCursor& c) noexcept {
 
 }  // namespace
 
+// Takes 16 bytes at a time if there are few characters beyond ASCII, 64 bytes if there are many.
+//
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
-// Reads      a block and two bytes, or a character; each only if they are there.
+// Reads      a block of either size and what it needs behind it; the loop ends before there are fewer.
 // Writes     two bytes a byte at most; likewise.
 template <std::endian order>
-ByteCursor utf8_to_utf16(ByteCursor c) noexcept {
-  while (c.left() >= 4 && c.room() >= 4) {
-    const std::size_t ascii = widen_ascii<order>(c);
-    c.from += ascii;
-    c.to += 2 * ascii;
-    while (c.left() >= Utf8Block::bytes_read && c.room() >= 2 * Utf8Block::size && put_block<order>(c)) continue;
-    // A few characters one by one: what the block ends with, or what keeps it from being converted.
-    for (int i = 0; i < 8 && c.left() >= 4 && c.room() >= 4; ++i) {
-      const auto [code, length] = first_whole_character(c.from);
-      if (length == 0) return c;
-      if (code < 0x10000) {
-        put_wide<char16_t, order>(static_cast<char16_t>(code), c.to);
-        c.to += 2;
-      } else {
-        put_wide<char16_t, order>(lead_of(code), c.to);
-        put_wide<char16_t, order>(trail_of(code), c.to + 2);
-        c.to += 4;
-      }
-      c.from += length;
+[[gnu::flatten]] ByteCursor utf8_to_utf16(ByteCursor c) noexcept {
+  while (c.left() >= Utf8Block::bytes_read + 2 && c.room() >= 2 * Utf8Block::size + 4) {
+    const unsigned non_ascii = widen_block<order>(c.from, c.to);
+    if (non_ascii == 0) {
+      c.from += ascii_block;
+      c.to += 2 * ascii_block;
+    } else if (!are_dense(non_ascii)) {
+      const std::size_t ascii = first_bit(non_ascii);
+      c.from += ascii;
+      c.to += 2 * ascii;
+      if (!put_character<order>(c)) return c;
+    } else if (!put_block<order>(c)) {
+      for (const char* const end = c.from + Utf8Block::size; c.from < end;)
+        if (!put_character<order>(c)) return c;
     }
   }
+  while (c.left() >= 4 && c.room() >= 4 && put_character<order>(c)) continue;
   return c;
 }
 

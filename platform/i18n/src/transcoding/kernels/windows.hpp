@@ -55,6 +55,7 @@ struct Step {
 constexpr std::size_t lookahead = 5;
 /// The most that it writes of its output.
 constexpr std::size_t most_step_output = 8;
+static_assert(lookahead <= most_step_output);
 
 /// Writes the bytes of an entry. All four bytes are written; the next character overwrites those that are too many.
 inline Step put_entry(std::size_t read, Entry bytes, char* to) {
@@ -78,9 +79,9 @@ ByteCursor convert_by_steps_inside(ByteCursor c, bool keeps_ascii, StepOf step_o
         continue;
       }
     }
-    const char* const last = c.end - lookahead;
-    const char* const full = c.limit - most_step_output;
-    while (c.from <= last && c.to <= full) {
+    if (c.left() < lookahead || c.room() < most_step_output) break;  // after ASCII
+    // So many steps need no look at the ends.
+    for (auto steps = std::max<std::size_t>(std::min(c.left(), c.room()) / most_step_output, 1); steps > 0; --steps) {
       const Step step = step_of(c.from, c.to);
       if (step.read == 0) return c;
       c.from += step.read;
