@@ -17,7 +17,8 @@ ReadFailure::ReadFailure(int status, const std::error_code& reason)
       status_(status) {}
 
 Source::Source(QARFileReaderFactory& factory, const std::string& path, bool runtime) {
-  const auto name = Korvane::qardatainterfaces::QARPath::fromNative(path);
+  auto name = Korvane::qardatainterfaces::QARPath::fromNative(path);
+  if (name.compare(0, 3, u"//:") == 0) name.erase(0, 1);  // which the factory would leave out
   reader_ = runtime ? factory.getRuntimeReader(name) : factory.getReader(name);
   kind_ = factory.willBeTransformed(name) ? Kind::transform : Kind::plain;
   struct stat found {};

@@ -1,8 +1,10 @@
-// The extension rule against an obvious implementation.
+// The extension rule against an obvious implementation, and names there and back.
 
 #include "input.hpp"
 
+#include <ku/i18n/codecvt.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
 using namespace Korvane::qardatainterfaces;
@@ -33,6 +35,13 @@ std::u16string extension(const std::u16string& whole) {
   return result;
 }
 
+// Whether no name has the path, or one that has this path and no other.
+bool isSound(const std::u16string& path) try {
+  return QARPath::fromNative(QARPath::toNative(path)) == path;
+} catch (const ku::i18n::CvtExceptionBase&) {
+  return true;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -44,5 +53,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(factory.willBeTransformed(path) == (!its.empty() && its == registered));
   factory.addFileTypeHandler({its}, new UTF8ToLCPTransform);
   require(factory.willBeTransformed(path) == !its.empty());
+  require(isSound(path));
+  const std::string name = input.text().c_str();
+  require(QARPath::toNative(QARPath::fromNative(name)) == name);
   return 0;
 }

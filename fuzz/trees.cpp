@@ -3,9 +3,11 @@
 #include "input.hpp"
 #include "support/ScriptedTransform.hpp"
 
+#include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 
 #include <filesystem>
 #include <fstream>
@@ -20,7 +22,7 @@ namespace {
 // The content, or why there is none. Nothing for what is no part of the tree, and might never end.
 std::string expected(const std::u16string& path, bool runtime, const std::u16string& registered) try {
   const std::u16string name = path.c_str();
-  const fs::path native = name;
+  const fs::path native = QARPath::toNative(name);
   std::error_code error;
   const auto status = runtime ? fs::status(native, error) : fs::symlink_status(native, error);
   if (fs::is_other(status)) return "";
@@ -34,13 +36,14 @@ std::string expected(const std::u16string& path, bool runtime, const std::u16str
   if (name.substr(name.find_last_of(u"./")) != registered) return "content " + content;
   if (content.empty()) return "error -1004";
   return "content " + (path.substr(path.size() - 3) == u"qvz" ? ku::i18n::to_string(path) : content) + "!";
-} catch (const std::system_error&) {  // of a name that cannot be
+} catch (const ku::i18n::CvtExceptionBase&) {  // of a name that cannot be
   return runtime ? "QARDATAINTERFACES_FILE_OPEN_FAILED" : "no status";
 }
 
 std::string found(QARFileReaderFactory& factory, const std::u16string& path, bool runtime) try {
   const auto reader = runtime ? factory.getRuntimeReader(path) : factory.getReader(path);
   const auto whole = text(reader->readAll());
+  require(!reader->readError());
   if (!reader->readSucceeded()) return "error " + std::to_string(reader->lastError());
   std::string chunks;
   QARMetaData meta;

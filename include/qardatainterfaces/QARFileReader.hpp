@@ -21,7 +21,8 @@ class InputFile;
 ///       take(buffer, count);
 ///     } while (reader->more());
 ///
-/// Whole: `reader->readAll()`, and then `reader->readSucceeded() && !reader->readError()` tells whether to trust it.
+/// Whole: `reader->readAll()`, and then `reader->readSucceeded() && !reader->readError()` tells whether it is the
+/// content. Do not begin that once chunk reads have met the end: a plain reader reads no more then.
 ///
 /// Ownership  The caller owns the reader. A reader on an `opc::InputStream` refers to the stream, a transforming
 ///            reader to a transform of its factory: both must outlive the reader.

@@ -15,16 +15,15 @@ class InputStream;
 
 namespace Korvane::qardatainterfaces {
 
-class FilePath;
 class QARFileHandler;
 
 /// Picks the reader for each path, and the transform that goes with it.
 ///
 /// Names      Paths are UTF-16, taken as they are up to the first zero unit; `QARPath` makes one of any name that the
-///            system has. A mark "//:" at the start is left out. The extension of a path is that part of its last
-///            element that begins with the last dot: ".gz" of "a.b/c.tar.gz", ".profile" of "home/.profile", "." of
-///            "dir/", none of "README". It must equal a registered extension unit for unit; the earliest registration
-///            that has it wins.
+///            system has. A mark "//:" at the start is left out: of a name that begins so, drop the first slash. The
+///            extension of a path is that part of its last element that begins with the last dot: ".gz" of
+///            "a.b/c.tar.gz", ".profile" of "home/.profile", "." of "dir/", none of "README". It must equal a
+///            registered extension unit for unit; the earliest registration that has it wins.
 /// Ownership  The factory owns the transforms and destroys them when it is destroyed, in the order of their
 ///            registration. Readers belong to the caller; a reader with a transform must be destroyed before the
 ///            factory.
@@ -67,7 +66,7 @@ public:
   bool willBeTransformed(const std::u16string& path);
 
 private:
-  [[gnu::visibility("hidden")]] QARTransform* transformFor(const FilePath& path) const;
+  [[gnu::visibility("hidden")]] QARTransform* transformFor(const std::u16string& path) const;
 
   std::vector<boost::shared_ptr<QARFileHandler>> handlers_;
 };

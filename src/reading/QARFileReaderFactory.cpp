@@ -71,7 +71,7 @@ std::unique_ptr<QARFileReader> QARFileReaderFactory::getReader(const std::u16str
   const auto status = statusOf(file);
   switch (status.type) {
     case fs::symlink_file: return std::make_unique<QARSymbolicLinkReader>(path);
-    case fs::regular_file: return makeReader(file, FileKind::regular, transformFor(file));
+    case fs::regular_file: return makeReader(file, FileKind::regular, transformFor(path));
     case fs::file_not_found:
       raise(messages::QARDATAINTERFACES_FILE_NOT_EXIST(to_string(path)),
             std::error_code(status.error.value(), std::system_category()));
@@ -81,23 +81,21 @@ std::unique_ptr<QARFileReader> QARFileReaderFactory::getReader(const std::u16str
 }
 
 std::unique_ptr<QARFileReader> QARFileReaderFactory::getRuntimeReader(const std::u16string& path) {
-  const FilePath file(path);
-  return makeReader(file, FileKind::any, transformFor(file));
+  return makeReader(FilePath(path), FileKind::any, transformFor(path));
 }
 
 std::unique_ptr<QARFileReader> QARFileReaderFactory::getReader(const std::u16string& path, opc::InputStream& stream) {
-  if (auto* const transform = transformFor(FilePath(path)))
+  if (auto* const transform = transformFor(path))
     return std::make_unique<QARFileReaderWithTransform>(stream, *transform);
   return std::make_unique<QARFileReaderWithoutTransform>(stream);
 }
 
-bool QARFileReaderFactory::willBeTransformed(const std::u16string& path) {
-  return transformFor(FilePath(path)) != nullptr;
-}
+bool QARFileReaderFactory::willBeTransformed(const std::u16string& path) { return transformFor(path) != nullptr; }
 
-QARTransform* QARFileReaderFactory::transformFor(const FilePath& path) const {
+QARTransform* QARFileReaderFactory::transformFor(const std::u16string& path) const {
+  const FilePath file(path);
   for (const auto& handler : handlers_)
-    if (auto* const transform = handler->getTransform(path)) return transform;
+    if (auto* const transform = handler->getTransform(file)) return transform;
   return nullptr;
 }
 

@@ -94,6 +94,10 @@ std::string outcome(std::u16string path, bool runtime) try {
   EXPECT_EQ(std::strstr(exception.what(), ": file is closed.failbit is set.") != nullptr, name == "OPEN_FAILED");
   return name;
 } catch (const boost::filesystem::filesystem_error& error) {
+  // The path that was queried: without the mark, up to the first zero.
+  const std::u16string queried = path.substr(path.compare(0, 3, u"//:") == 0 ? 3 : 0).c_str();
+  EXPECT_EQ(error.path1().native(), ku::i18n::to_string(queried));
+  EXPECT_EQ(error.code().category(), boost::system::system_category());
   std::string reason(error.what(), std::strstr(error.what(), ": \""));
   reason.erase(std::min(reason.find(" ["), reason.size()));  // newer Boost adds "[system:13]"
   return reason.substr(std::strlen("boost::filesystem::"));

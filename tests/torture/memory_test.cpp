@@ -15,6 +15,7 @@
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
+#include <qardatainterfaces/QARPath.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
 #include <cstdio>
@@ -22,6 +23,7 @@
 #include <functional>
 #include <memory>
 
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -148,6 +150,19 @@ struct World {
   unsigned int count = 0;
 };
 
+// A reader on a pipe that holds `content` and ends there.
+std::unique_ptr<QARFileReader> on_pipe(QARFileReaderFactory& factory, const std::string& content) {
+  int ends[2] = {-1, -1};
+  EXPECT_EQ(::pipe(ends), 0);
+  EXPECT_GE(::fcntl(ends[1], F_SETPIPE_SZ, 1 << 20), 0);
+  EXPECT_EQ(::write(ends[1], content.data(), content.size()), static_cast<ssize_t>(content.size()));
+  const auto path = "/proc/self/fd/" + std::to_string(ends[0]);
+  auto reader = factory.getRuntimeReader({path.begin(), path.end()});
+  ::close(ends[0]);
+  ::close(ends[1]);
+  return reader;
+}
+
 struct Operation {
   std::string name;
   std::function<void(World&)> work;
@@ -243,6 +258,8 @@ TEST(OutOfMemory, IsNeverTakenForAnythingElseByThePlatform) {
       {"text", [&](World& w) { w.made = ku::i18n::to_string(odd); }},
       {"path", [&](World& w) { w.made = traits::to_external(odd); }},
       {"path back", [&](World& w) { w.units = traits::to_internal(path); }},
+      {"name", [&](World& w) { w.units = QARPath::fromNative(path + '\xFF'); }},
+      {"name back", [&](World& w) { w.made = QARPath::toNative(odd + u'\xDCFF'); }},
       {"ASCII", [&](World& w) { w.units = ku::i18n::codecvt_ascii_to_ustring().convert(&long_text[0], 99); }}};
   for (const std::string encoding : {"UTF-8", "KOI8-R", "SJIS", "ISO-2022-JP", "GB18030", "UTF-16", "UTF-7", "HZ"})
     for (const bool tolerant : {false, true}) {
@@ -308,11 +325,13 @@ TEST(OutOfMemory, LosesNothingOfWhatIsRead) {
        {plain, odd, link, directory.path("ä"), directory.path(""), directory.path(std::string(300, 'x'))})
     for (const bool runtime : {false, true})
       operations.push_back({"open", [path, runtime](World& w) { open(w, path, runtime); }});
-  for (const auto& path : {plain, odd, link, directory.file("x.qvz", content), u"stream"s, u"stream.t"s})
+  for (const auto& path : {plain, odd, link, directory.file("x.qvz", content), u"stream"s, u"stream.t"s, u"|"s})
     for (const unsigned int first : {0U, 10U}) {
       const auto prepare = [=](World& w) {
         if (path[0] == u's') w.stream = std::make_unique<HostileStream>(content, HostileStream::Manners{7000});
-        w.reader = w.stream ? w.factory.getReader(path, *w.stream) : w.factory.getReader(path);
+        w.reader = path == u"|" ? on_pipe(w.factory, content)
+                   : w.stream   ? w.factory.getReader(path, *w.stream)
+                                : w.factory.getReader(path);
         w.buffer.resize(131072);
         w.reader->read(w.buffer.data(), first);
       };

@@ -171,6 +171,25 @@ TEST_F(SystemCalls, FailWithoutDoingHarm) {
   EXPECT_GT(injected, 400U);
 }
 
+TEST_F(SystemCalls, LeaveTheContentOfAPipeThatBreaks) {
+  for (const auto& [error, expected] : {std::pair(EINTR, "content"), std::pair(EIO, "")})
+    for (std::size_t n = 1; n <= 2; ++n) {
+      int ends[2];
+      ASSERT_EQ(::pipe(ends), 0);
+      ASSERT_EQ(::write(ends[1], "content", 7), 7);
+      const auto path = "/proc/self/fd/" + std::to_string(ends[0]);
+      const auto reader = factory.getRuntimeReader({path.begin(), path.end()});
+      ::close(ends[0]);
+      ::close(ends[1]);
+      fault = {n + 1, error, "nothing"};  // after the question for the place
+      const auto whole = text(reader->readAll());
+      EXPECT_STREQ(std::exchange(fault, {}).hit, "read");
+      EXPECT_EQ(whole, expected);
+      EXPECT_EQ(reader->readError().value(), error == EIO ? EIO : 0);
+      EXPECT_EQ(reader->ready(), QARFileReader::not_good);
+    }
+}
+
 TEST_F(SystemCalls, FindFilesThatGrowShrinkAndVanishAtEachRead) {
   const auto content = pattern(300000);
   const std::size_t sizes[] = {0, 1, 65536, 70000, 200000, 300000};

@@ -36,7 +36,7 @@ int openLeased(const char* path) noexcept {
     char same[32];
     static_cast<void>(std::snprintf(same, sizeof same, "/proc/self/fd/%d", place));
     handle = open(same, O_RDONLY);
-    error = errno;
+    error = errno == ENOENT ? EWOULDBLOCK : errno;  // without /proc it cannot be waited for
   }
   ::close(place);
   errno = error;

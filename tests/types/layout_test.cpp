@@ -1,0 +1,68 @@
+// What programs are compiled into: the slots of virtual operations, and the fields.
+
+#include <gtest/gtest.h>
+#include <opc/InputStream.hpp>
+#include <qardatainterfaces/DeployedException.hpp>
+#include <qardatainterfaces/QARFileReader.hpp>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+// A pointer to a virtual member holds one more than the place of its slot in the table, in bytes.
+template <class Member>
+std::size_t slot(Member member) {
+  std::size_t place = 0;
+  std::memcpy(&place, &member, sizeof place);
+  return place / sizeof(void*);
+}
+
+TEST(Layout, HasEachVirtualOperationInItsSlot) {
+  EXPECT_EQ(slot(&opc::InputStream::read), 0U);
+  EXPECT_EQ(slot(&opc::InputStream::exhausted), 1U);
+  using Reader = QARFileReader;
+  using Bytes = QARByteArray&;
+  // The destructors are 0 and 1.
+  const std::size_t slots[] = {slot(&Reader::getTransformId),
+                               slot<unsigned (Reader::*)(void*, unsigned)>(&Reader::read),
+                               slot<unsigned (Reader::*)(void*, unsigned, QARMetaData&)>(&Reader::read),
+                               slot<Bytes (Reader::*)()>(&Reader::readAll),
+                               slot<Bytes (Reader::*)(QARMetaData&)>(&Reader::readAll),
+                               slot(&Reader::more),
+                               slot(&Reader::lastError),
+                               slot(&Reader::readSucceeded),
+                               slot(&Reader::ready)};
+  std::size_t expected = 2;
+  for (const auto found : slots) EXPECT_EQ(found, expected++);
+}
+
+TEST(Layout, HasNoMoreThanItsFields) {
+  struct Exception : std::exception {
+    std::string message;
+    const std::string* identifier;
+  };
+  EXPECT_EQ(sizeof(rtxi18nutil::DeployedException), sizeof(Exception));
+  struct Reader {
+    void* table;
+    std::u16string path;
+    std::unique_ptr<int> file;
+    QARByteArray content;
+    bool more;
+    int lastError;
+  };
+  EXPECT_EQ(sizeof(QARFileReader), sizeof(Reader));
+  struct MetaData {
+    void* table;
+    bool demo;
+    std::string userData;
+  };
+  EXPECT_EQ(sizeof(QARMetaData), sizeof(MetaData));
+  EXPECT_FALSE(std::is_nothrow_move_constructible_v<QARMetaData>) << "it declares no operations of its own";
+}
+
+}  // namespace
+}  // namespace Korvane::qardatainterfaces
