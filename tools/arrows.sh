@@ -29,7 +29,7 @@ find src include platform -name '*.[ch]pp' | LC_ALL=C sort | awk '
   }
   function part_of(path) {
     if (path ~ /^platform\/[a-z0-9]+\/include\//) return "platform"
-    if (path ~ /^platform\/[a-z0-9]+\/tools\//) return "tools"
+    if (path ~ /^platform\/[a-z0-9]+\/(tools|codepages)\//) return "tools"
     sub(/^platform\/resources\/src\//, "src/resources/", path)
     sub(/^platform\/[a-z0-9]+\/src\//, "src/", path)
     sub(/^src\//, "", path)

@@ -10,7 +10,8 @@
 template <class Task>
 void in_environment(const std::map<std::string, std::string>& variables, Task task) {
   const auto clear = [] {
-    for (const auto* const name : {"LC_ALL", "LC_CTYPE", "LC_MESSAGES", "LANG", "LANGUAGE", "LOCPATH"}) ::unsetenv(name);
+    for (const auto* const name : {"LC_ALL", "LC_CTYPE", "LC_MESSAGES", "LANG", "LANGUAGE", "LOCPATH"})
+      ::unsetenv(name);
   };
   clear();
   for (const auto& [name, value] : variables) ::setenv(name.c_str(), value.c_str(), 1);

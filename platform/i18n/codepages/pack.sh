@@ -10,6 +10,6 @@ mkdir -p "$work/temporary"
 "$make_ucm" "$work" "$@"
 cd "$work"
 "$makeconv" --quiet ./*.ucm >makeconv.log 2>&1 || { tail makeconv.log >&2; exit 1; }
-ls ./*.cnv | sed 's|^\./||' >pages.txt
+printf '%s\n' *.cnv >pages.txt
 "$pkgdata" --quiet --mode common --name zrqar_codepages --sourcedir . --destdir . --tempdir temporary pages.txt
 "$genccode" --quiet --entrypoint zrqar_codepages --destdir . zrqar_codepages.dat
