@@ -291,7 +291,7 @@ CodePageSurvey survey_code_page(const std::string& name, SurveyDepth depth) {
 }
 
 std::string list(const std::vector<char32_t>& codes) {
-  constexpr std::size_t shown = 4;
+  constexpr std::size_t shown = 20;
   if (codes.empty()) return "";
   std::string text = std::to_string(codes.size()) + ":";
   for (std::size_t i = 0; i < std::min(shown, codes.size()); ++i) text += " " + hexadecimal(codes[i]);
