@@ -65,6 +65,31 @@ const Script& script_named(const std::string& name) {
         u"、", 6, 3, ideographs("EUC-JP", 0xCE)}},
       {"chinese", {words(u"的|了|是|在"), u"，", 3, 4, ideographs("GB18030", 0xD6)}},
       {"korean", {words(u" "), u", ", 8, 4, hangul()}},
+      {"polish",
+       {words(u"plik |czytać |został |który |rozmiar |błąd |jeśli |wiersz |można |także |będzie |otworzyć |ścieżka "
+              u"|dla "
+              u"|przez |i |w |nie |na |się |zawartość |źródło |kodowanie "),
+        u"- ", 8}},
+      {"greek",
+       {words(u"και |το |στο |δεν |για |αρχείο |ανάγνωση |που |μέγεθος |σύστημα |δεδομένα |αν |γραμμή |Κωδικοποίηση "
+              u"|μπορεί |επίσης |σφάλμα |άνοιγμα |περιεχόμενο |διαδρομή "),
+        u"- ", 8}},
+      {"hebrew",
+       {words(u"של |את |לא |על |קובץ |קריאה |אשר |גודל |מערכת |נתונים |אם |שורה |קידוד |אפשר |גם |יהיה |שגיאה |לפתוח "
+              u"|תוכן |נתיב |עבור "),
+        u"- ", 8}},
+      {"arabic",
+       {words(u"من |في |لا |على |ملف |قراءة |الذي |حجم |نظام |بيانات |إذا |سطر |ترميز |يمكن |أيضا |سيكون |خطأ |فتح "
+              u"|محتوى |مسار |عبر "),
+        u"- ", 8}},
+      {"thai",
+       {words(u"และ|ใน|ไม่|ที่|แฟ้ม|อ่าน|ขนาด|ระบบ|ข้อมูล|ถ้า|บรรทัด|รหัส|ได้|ด้วย|จะ|ผิดพลาด|เปิด|เนื้อหา|เส้นทาง"), u" ", 6}},
+      {"vietnamese",  // with the tone marks as characters of their own, as its code page has them
+       {words(
+            u"tê\u0323p |tin |đo\u0323c |không |kích |thươ\u0301c |hê\u0323 |thô\u0301ng |dư\u0303 |liê\u0323u "
+            u"|nê\u0301u |do\u0300ng |ma\u0303 |ho\u0301a |co\u0301 |thê\u0309 |lô\u0303i |mơ\u0309 |nô\u0323i |dung "
+            u"|đươ\u0300ng |dâ\u0303n "),
+        u"- ", 8}},
       {"emoji",
        {words(u"😀|🎉|👍🏽|👩‍💻|🚀|❤️|🇩🇪|🐍|𝔘𝔫𝔦|🧪|ok|yes|日本|é"), u" ",
         3}}};

@@ -6,8 +6,11 @@
 #include <stdexcept>
 #include <string>
 
+#include <fcntl.h>
 #include <malloc.h>
 #include <sys/ptrace.h>
+#include <sys/resource.h>
+#include <sys/time.h>
 #include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -67,6 +70,27 @@ std::size_t peak_memory_of(const std::function<void()>& task) {
   const auto before = own_status("VmRSS:");
   task();
   return own_status("VmHWM:") - before;
+}
+
+double processor_time_of(const std::vector<std::string>& arguments) {
+  std::vector<char*> words;
+  for (const auto& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+  words.push_back(nullptr);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const int nowhere = ::open("/dev/null", O_WRONLY);
+    ::dup2(nowhere, STDOUT_FILENO);
+    ::execvp(words[0], words.data());
+    ::_exit(127);
+  }
+  int status = 0;
+  rusage used{};
+  if (::wait4(child, &status, 0, &used) != child || status != 0)
+    throw std::runtime_error(arguments[0] + " does not run");
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(used.ru_utime) + seconds(used.ru_stime);
 }
 
 }  // namespace benchmarks

@@ -19,9 +19,11 @@ function(zrqar_library target includes)
   if(BUILD_SHARED_LIBS)
     set(map ${PROJECT_SOURCE_DIR}/cmake/${target}.map)
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
-    # clang leaves it to the program to bring the sanitizers.
-    target_link_options(${target} PRIVATE $<$<NOT:$<BOOL:${ZRQAR_FUZZERS}>>:LINKER:-z,defs>
-      LINKER:--version-script=${map})
+    target_link_options(${target} PRIVATE LINKER:--version-script=${map})
+    # clang leaves it to the program to bring the sanitizers, which another project may ask for.
+    if(PROJECT_IS_TOP_LEVEL AND NOT ZRQAR_FUZZERS)
+      target_link_options(${target} PRIVATE LINKER:-z,defs)
+    endif()
     zrqar_mark_control_flow(${target})
   endif()
   zrqar_install_target(${target} ${includes})

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # fresh.sh RELEASE [--user]: what somebody meets who clones the project on a bare Debian: makes one, clones the last
-# commit into it, and runs ./dev demo and ./dev test there; as root without a terminal, or with --user as an ordinary
-# user with sudo, at a terminal. Needs debootstrap, and root or sudo.
+# commit into it, and runs ./dev demo, ./dev test and ./dev trial there; as root without a terminal, or with --user as an
+# ordinary user with sudo, at a terminal. Needs debootstrap, and root or sudo.
 set -euo pipefail
 usage() { echo "usage: tools/fresh.sh RELEASE [--user]" >&2; exit 2; }
 case ${1:-} in '' | -*) usage ;; esac
@@ -29,7 +29,7 @@ if [ "${2:-}" = --user ]; then
 fi
 git clone --quiet --no-hardlinks "$tools/.." "$root$home/clone"
 "$tools/in_root.sh" "$root" chown --recursive --reference="$home" "$home/clone"
-for command in demo test; do
+for command in demo test trial; do
   if [ "${2:-}" = --user ]; then
     "$tools/in_root.sh" "$root" runuser --login someone --command \
       "cd clone && script --quiet --return --command './dev $command' /dev/null"

@@ -62,6 +62,9 @@ def chosen(tree, choice):
 
 
 def main():
+    if len(sys.argv) not in (3, 4) or not sys.argv[2].isdigit():
+        print("usage: tools/mutate.py COPY LIMIT [SEED|RESULTS]", file=sys.stderr)
+        sys.exit(2)
     tree, limit = pathlib.Path(sys.argv[1]), int(sys.argv[2])
     every = chosen(tree, sys.argv[3] if len(sys.argv) > 3 else "1")
     build = str(tree / "build/gcc")

@@ -20,6 +20,7 @@ $2 ~ /Branch .*True/ {  # once for each instance of a template
 }
 
 END {
+  if (NR == 0) { print "uncovered.awk: there is nothing to read" > "/dev/stderr"; exit 2 }
   for (branch in line) if (!(branch in taken) || !(branch in passed)) missed[line[branch]]
   for (place in missed)
     if (text[place] ~ /not covered:/) ++explained

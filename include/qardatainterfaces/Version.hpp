@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The version of the headers that a program is compiled with, and of the library that it has loaded.
+
 /// The version of these headers.
 /// @{
 #define ZRQAR_VERSION_MAJOR 1

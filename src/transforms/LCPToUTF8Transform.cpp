@@ -10,7 +10,7 @@ LCPToUTF8Transform::~LCPToUTF8Transform() = default;
 bool LCPToUTF8Transform::cleanup() { return true; }
 
 bool LCPToUTF8Transform::transform(const QARByteArray& in, QARByteArray& out, QARMetaData&) {
-  transcode(in, out, "", "UTF-8");
+  transcode(in, out, "", "UTF-8", announce);
   return true;
 }
 

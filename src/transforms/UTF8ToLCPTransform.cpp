@@ -10,7 +10,7 @@ UTF8ToLCPTransform::~UTF8ToLCPTransform() = default;
 bool UTF8ToLCPTransform::cleanup() { return true; }
 
 bool UTF8ToLCPTransform::transform(const QARByteArray& in, QARByteArray& out, QARMetaData&) {
-  transcode(in, out, "UTF-8", "");
+  transcode(in, out, "UTF-8", "", announce);
   return true;
 }
 

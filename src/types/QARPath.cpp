@@ -79,7 +79,7 @@ std::u16string decodePieces(std::string_view bytes, std::size_t longest) {
 // stateful process codes and in those that compose characters; shorter pieces leave less to chance.
 std::u16string QARPath::fromNative(std::string_view path) {
   if (auto text = decode(path); text && spells(*text, path)) return *std::move(text);
-  for (const std::size_t longest : {4U, 1U})
+  for (const std::size_t longest : {std::size_t{4}, std::size_t{1}})
     if (auto pieces = decodePieces(path, longest); spells(pieces, path)) return pieces;
   return decodePieces(path, 0);
 }

@@ -65,6 +65,11 @@ for name in libkui18n libzrqar_res; do
 done
 build platform own-targets -DLIBRARY="$library" -DPLATFORM="$work/real"
 check "a platform's own targets" "$work/own-targets/program"
+build ../.. alone -DZRQAR_TESTS=OFF -DZRQAR_BENCHMARKS=OFF -DPLATFORM="$work/real" \
+  -DCMAKE_PROJECT_zrqardatainterfaces_INCLUDE="$here/platform/platform.cmake"
+[ ! -e "$work/alone/platform/i18n" ] || { echo "the stand-in is built"; exit 1; }
+"$work/alone/examples/qarread" "$0" | cmp - "$0"
+echo "upon a platform, by itself: built and run"
 cmake --install "$work/own-targets" --prefix "$work/beside" >"$work/beside.log"
 ! find "$work/beside" | grep 'kui18n\|zrqar_res\|opc' || { echo "stand-ins are installed"; exit 1; }
 # Where the loader looks for a platform's libraries.

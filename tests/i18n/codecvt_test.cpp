@@ -1,11 +1,8 @@
-#include <CodePageSurvey.hpp>
-
 #include <ku/i18n/codecvt.hpp>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -106,85 +103,6 @@ TEST(Ascii, WidensAndRefusesTheRest) {
   EXPECT_EQ(widen.convert(nullptr, 0), u"");
   EXPECT_THROW(widen.convert("a\x80", 2), CvtInvalidCharacter);
 }
-
-// Results must not depend on how a text is cut, or on how much room there is.
-template <class Converter, class From, class To>
-struct Cutter {
-  using Result = std::optional<std::pair<std::basic_string<To>, bool>>;  // none for an invalid character
-  std::string encoding;
-  bool tolerant;
-  std::basic_string<From> text;
-
-  Result whole() const {
-    return attempt([&](Converter& converter) { return converter.convert(text.data(), text.size()); });
-  }
-
-  Result in_slices(std::size_t slice, std::size_t room) const {
-    return attempt([&](Converter& converter) {
-      std::basic_string<To> result;
-      std::size_t offered = std::min(text.size(), slice), taken = 0;
-      for (int calls = 0; calls < 100000; ++calls) {
-        const std::vector<From> rest(text.data() + taken, text.data() + offered);
-        std::vector<To> to(room);  // exactly what was promised: a sanitizer sees one too many
-        const auto step = converter.convert_some(rest.data(), rest.size(), offered == text.size(), to.data(), room);
-        result.append(to.data(), step.placed);
-        taken += step.taken;
-        if (step.done && offered == text.size()) return result;
-        if (step.done) offered = std::min(text.size(), offered + slice);
-      }
-      ADD_FAILURE() << encoding << " makes no progress";
-      return result;
-    });
-  }
-
-  void check() const {
-    const auto expected = whole();
-    EXPECT_TRUE(expected || !tolerant);
-    for (std::size_t n = 1; n <= 17; ++n)
-      for (const auto& [slice, room] : {std::pair(n, std::size_t{1000}), {text.size() + 1, n}, {n, n}})
-        ASSERT_EQ(in_slices(slice, room), expected) << slice << ' ' << room;
-  }
-
-private:
-  template <class Work>
-  Result attempt(Work work) const try {
-    Converter converter(encoding, tolerant);
-    const auto result = work(converter);
-    return {{result, converter.has_substituted()}};
-  } catch (const CvtInvalidCharacter&) {
-    return std::nullopt;
-  }
-};
-using Decoding = Cutter<codecvt_string_to_ustring, char, char16_t>;
-using Encoding = Cutter<codecvt_ustring_to_string, char16_t, char>;
-
-class Slices : public testing::TestWithParam<std::string> {};
-
-TEST_P(Slices, DoNotMatter) {
-  const auto& encoding = GetParam();
-  constexpr char16_t units[] =
-      u"\uFEFFAbc~+&-\r\n\x1A\x1C\x7F\0 more than 16 letters of plain text "
-      u"\u0430\u0431\u0432\u0433\u0434\u0435\u0436\u0437\u00CA\u0304\u00CA"
-      u"\u00E9\u00DF\u20AC\u0416\u0434\u3042\u30AB\u4E2D\u6587\uAC00\uD55C\u2460\U0001F600\u200B\u200D\uFFFD z";
-  const std::u16string text(units, std::size(units) - 1);
-  const std::u16string broken = u"a\xD800\x0062\xDC00\xD83D\xD83D\xDE00 \u4E2D\xDBFF";
-  const auto bytes = codecvt_ustring_to_string(encoding, true).convert(text.data(), text.size());
-  const auto clean = codecvt_string_to_ustring(encoding, true).convert(bytes.data(), bytes.size());
-  const auto middle = bytes.size() / 2;
-  EXPECT_TRUE((Encoding{encoding, false, clean}.whole())) << "what the page has is not rejected";
-  for (const bool tolerant : {false, true}) {
-    for (const auto& one : {text, clean, broken}) Encoding{encoding, tolerant, one}.check();
-    Decoding{encoding, tolerant, bytes}.check();
-    Decoding{encoding, tolerant, bytes.substr(0, middle + 1) + "\xFF\x81 " + bytes.substr(middle) + "\x8F\xA1\x1B$"}
-        .check();
-  }
-  for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
-    const Decoding decoding{encoding, true, bytes.substr(0, cut)};
-    ASSERT_EQ(decoding.in_slices(1, 1), decoding.whole()) << cut;
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(AllCodePages, Slices, testing::ValuesIn(code_page_names()));
 
 }  // namespace
 }  // namespace ku::i18n

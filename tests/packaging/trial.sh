@@ -14,18 +14,16 @@ fail() { echo "trial: $*" >&2; exit 1; }
 library=("$packages"/{libzrqardatainterfaces1,libzrqardatainterfaces-dev,qarread}_*.deb)
 standins=("$packages"/libzrqar-standins{1,-dev}_*.deb)
 libdir=/usr/lib/$(dpkg --print-architecture | sed 's/amd64/x86_64/')-linux-gnu
-export CCACHE_DISABLE=1  # headers of the system count as unchanged
 
 names() {
   local package
   for package; do dpkg-deb --field "$package" Package; done
 }
 
-# All that is on this machine, but for what comes and goes anywhere.
+# All there is in the places of packages.
 everything() {
-  "${sudo[@]}" find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /tmp -o -path /var/tmp -o -path /run \
-    -o -path /var/cache -o -path /var/log -o -path /var/lib/dpkg -o -path /root -o -path /home -o -path "$packages" \
-    -o -path "$work" \) -prune -o -print | LC_ALL=C sort
+  "${sudo[@]}" find /etc /opt /usr /var/lib -xdev \( -path /var/lib/dpkg -o -path "$packages" -o -path "$work" \) -prune \
+    -o -print | LC_ALL=C sort
 }
 
 # installed WHAT PACKAGE...: installs the packages, uses them and removes them.

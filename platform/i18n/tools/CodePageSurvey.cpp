@@ -1,5 +1,6 @@
 #include "CodePageSurvey.hpp"
 
+#include <ku/i18n/Transcoder.hpp>
 #include <ku/i18n/codecvt.hpp>
 
 #include <unicode/ucnv.h>
@@ -64,8 +65,6 @@ public:
       if (wanted(first / block_size)) survey_block(first);
     survey_ascii();
     survey_bytes();
-    if (clean_encoder_.has_substituted() || clean_decoder_.has_substituted()) fault("claims to have substituted");
-    if (survey_.rejected > 0 && !dirty_encoder_.has_substituted()) fault("conceals that it substitutes");
   }
 
 private:
@@ -180,9 +179,9 @@ private:
   }
 
   bool waits(const std::string& bytes) {
-    std::array<char16_t, 16> text;
-    static_cast<void>(dirty_decoder_.convert("", 0));
-    return dirty_decoder_.convert_some(bytes.data(), bytes.size(), false, text.data(), text.size()).placed == 0;
+    std::array<char, ku::i18n::Transcoder::least_room> text;
+    ku::i18n::Transcoder transcoder(name_, "UTF-8");
+    return transcoder.convert(bytes.data(), bytes.size(), false, text.data(), text.size()).written == 0;
   }
 
   void survey_sequence(const std::string& bytes) {

@@ -4,20 +4,16 @@
 #include <ku/i18n/codecvt.hpp>
 
 #include <unicode/uclean.h>
+#include <unicode/ures.h>
 
 #include <array>
 #include <map>
 #include <mutex>
+#include <numeric>
 #include <string_view>
 
 namespace ku::i18n::detail {
 namespace {
-
-bool decodes_to(IcuConverter& icu, char byte, char16_t expected) {
-  std::array<char16_t, 4> units{};
-  DecodingCursor c{&byte, &byte + 1, units.data(), units.data() + units.size()};
-  return U_SUCCESS(icu.try_decode(c, true)) && units[0] == expected;
-}
 
 bool encodes(IcuConverter& icu, char16_t unit) {
   std::array<char, 16> bytes{};
@@ -29,6 +25,33 @@ bool breaks_promises(UConverterType type) {
   const bool drops_text = type == UCNV_ISCII || type == UCNV_COMPOUND_TEXT;
   const bool goes_by_cuts = type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
   return drops_text || goes_by_cuts;
+}
+
+// Names with options ask for a signature.
+Encoding::Form form_of(const IcuConverter& icu, const std::string& name) {
+  using Form = Encoding::Form;
+  if (icu.is_context_free()) return Form::code_page;
+  if (name.find(',') != std::string::npos) return Form::other;
+  switch (icu.type()) {
+    case UCNV_UTF8: return Form::utf8;
+    case UCNV_UTF16_LittleEndian: return Form::utf16_little_endian;
+    case UCNV_UTF16_BigEndian: return Form::utf16_big_endian;
+    case UCNV_UTF32_LittleEndian: return Form::utf32_little_endian;
+    case UCNV_UTF32_BigEndian: return Form::utf32_big_endian;
+    default: return Form::other;
+  }
+}
+
+// Of a stateless encoding.
+bool keeps_ascii(IcuConverter& icu) {
+  std::array<char, 0x80> bytes{}, encoded{};
+  std::array<char16_t, 0x80> units{}, decoded{};
+  std::iota(bytes.begin(), bytes.end(), '\0');
+  std::iota(units.begin(), units.end(), u'\0');
+  DecodingCursor reading{bytes.data(), bytes.data() + bytes.size(), decoded.data(), decoded.data() + decoded.size()};
+  EncodingCursor writing{units.data(), units.data() + units.size(), encoded.data(), encoded.data() + encoded.size()};
+  return U_SUCCESS(icu.try_decode(reading, true)) && decoded == units && U_SUCCESS(icu.try_encode(writing, true)) &&
+         encoded == bytes;
 }
 
 // The first of these that the encoding has; purely double-byte code pages have but the last, a wide question mark.
@@ -48,11 +71,13 @@ const char* canonical_name(const std::string& name) {
   return canonical;
 }
 
-// Should ICU lack the memory to set up its tables when they are first needed, it never tries again: have it done when
-// the library is loaded.
+// All of ICU that is set up once is set up here, when the library is loaded: its tables, its default locale and its
+// cache of resource bundles. If it lacked the memory when they are first needed, it would never try again, or
+// deadlock.
 [[gnu::constructor]] void set_up_icu() {
   UErrorCode status = U_ZERO_ERROR;
   u_init(&status);
+  ures_close(ures_open(nullptr, "root", &status));
 }
 
 class Registry {
@@ -83,17 +108,17 @@ const Encoding& Encoding::named(const std::string& name) {
 }
 
 Encoding::Encoding(const char* canonical_name) : name_(canonical_name) {
-  IcuConverter icu(name_, false);
+  IcuConverter icu(name_);
   if (breaks_promises(icu.type())) throw CvtExceptionBase("The converter drops text, or goes by where it is cut.");
-  exchanges_controls_ = decodes_to(icu, 0x1A, 0x1C);  // then it does so with all three
   substitute_ = find_substitute(icu);
-  is_utf8_ = icu.type() == UCNV_UTF8;
-  if (icu.is_context_free()) tables_.emplace(name_, exchanges_controls_);
+  form_ = form_of(icu, name_);
+  is_single_byte_ = icu.is_single_byte();
+  const bool is_stateless = form_ == Form::code_page || form_ == Form::utf8;
+  is_superset_of_ascii_ = is_stateless && keeps_ascii(icu);
 }
 
 std::unique_ptr<IcuConverter> Encoding::make_converter(bool tolerant) const {
-  return tolerant ? std::make_unique<IcuConverter>(name_, exchanges_controls_, substitute_)
-                  : std::make_unique<IcuConverter>(name_, exchanges_controls_);
+  return tolerant ? std::make_unique<IcuConverter>(name_, substitute_) : std::make_unique<IcuConverter>(name_);
 }
 
 }  // namespace ku::i18n::detail

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "converters/IcuConverter.hpp"
-#include "transcoding/CodeTables.hpp"
 
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace ku::i18n::detail {
@@ -19,18 +17,29 @@ public:
 
   std::unique_ptr<IcuConverter> make_converter(bool tolerant) const;
 
-  bool is_utf8() const noexcept { return is_utf8_; }
+  /// How the bytes stand for characters.
+  enum class Form {
+    utf8,
+    utf16_little_endian,
+    utf16_big_endian,
+    utf32_little_endian,
+    utf32_big_endian,
+    code_page,  // tables of ICU's, without a state between characters
+    other       // a state, a signature or an algorithm
+  };
+  Form form() const noexcept { return form_; }
+  bool is_single_byte() const noexcept { return is_single_byte_; }
   /// Whether ASCII text has the same bytes in this encoding, wherever it stands.
-  bool is_superset_of_ascii() const noexcept { return is_utf8_ || (tables_ && tables_->is_superset_of_ascii()); }
-  /// Null unless no character depends on those before it.
-  const CodeTables* tables() const noexcept { return tables_ ? &*tables_ : nullptr; }
+  bool is_superset_of_ascii() const noexcept { return is_superset_of_ascii_; }
+  /// What a tolerant converter writes in place of a character that the encoding lacks.
+  char16_t substitute() const noexcept { return substitute_; }
 
 private:
   std::string name_;
-  bool exchanges_controls_ = false;  // ICU's PC code pages exchange 1A, 1C and 7F: we undo it
   char16_t substitute_ = 0;
-  bool is_utf8_ = false;
-  std::optional<CodeTables> tables_;
+  Form form_ = Form::other;
+  bool is_single_byte_ = false;
+  bool is_superset_of_ascii_ = false;
 };
 
 }  // namespace ku::i18n::detail

@@ -13,9 +13,9 @@ namespace {
 
 // What goes to ICU, or comes from it, at a time: it counts bytes in 31 bits, also those of 16-bit units.
 constexpr std::size_t slice_size = std::size_t{1} << 29;
-constexpr std::size_t exchange_size = 4096;
+constexpr std::size_t rotation_size = 4096;
 
-// ICU's PC code pages exchange three controls as the hardware of their day did; text in files never meant that.
+// ICU's PC code pages rotate three controls as the hardware of their day did; text in files never meant that.
 constexpr char16_t control_from_icu(char16_t unit) {
   switch (unit) {
     case 0x1C: return 0x1A;
@@ -58,20 +58,19 @@ void check(UErrorCode status) {
   }
 }
 
-IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls)
-    : IcuConverter(name, exchanges_controls, 0, stop_decoding, stop_encoding) {}
+IcuConverter::IcuConverter(const std::string& name) : IcuConverter(name, 0, stop_decoding, stop_encoding) {}
 
-IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute)
-    : IcuConverter(name, exchanges_controls, substitute, substitute_input, substitute_output) {
+IcuConverter::IcuConverter(const std::string& name, char16_t substitute)
+    : IcuConverter(name, substitute, substitute_input, substitute_output) {
   UErrorCode status = U_ZERO_ERROR;
   substitutes_bytes_ = is_context_free();
   if (substitutes_bytes_) ucnv_setSubstString(converter_.get(), &substitute_, 1, &status);
   check(status);
 }
 
-IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute,
-                           UConverterToUCallback decoding, UConverterFromUCallback encoding)
-    : exchanges_controls_(exchanges_controls), substitute_(substitute) {
+IcuConverter::IcuConverter(const std::string& name, char16_t substitute, UConverterToUCallback decoding,
+                           UConverterFromUCallback encoding)
+    : substitute_(substitute) {
   UErrorCode status = U_ZERO_ERROR;
   converter_.reset(ucnv_open(name.c_str(), &status));
   check(status);
@@ -80,6 +79,17 @@ IcuConverter::IcuConverter(const std::string& name, bool exchanges_controls, cha
   ucnv_setToUCallBack(converter_.get(), decoding, this, nullptr, nullptr, &status);
   ucnv_setFromUCallBack(converter_.get(), encoding, this, nullptr, nullptr, &status);
   check(status);
+  rotates_controls_ = decodes_substitute_to_separator();
+}
+
+// A converter that does this to one of the three controls does it to all.
+bool IcuConverter::decodes_substitute_to_separator() noexcept {
+  constexpr char substitute = 0x1A;
+  char16_t unit = 0;
+  DecodingCursor c{&substitute, &substitute + 1, &unit, &unit + 1};
+  const bool rotates = U_SUCCESS(try_decode(c, false)) && unit == 0x1C;
+  ucnv_resetToUnicode(converter_.get());
+  return rotates;
 }
 
 bool IcuConverter::is_context_free() const noexcept {
@@ -103,7 +113,7 @@ bool IcuConverter::decode(DecodingCursor& c, std::size_t count, bool last) {
 }
 
 bool IcuConverter::encode(EncodingCursor& c, std::size_t count, bool last) {
-  const std::size_t slice = std::min(count, exchanges_controls_ ? exchange_size : slice_size);
+  const std::size_t slice = std::min(count, rotates_controls_ ? rotation_size : slice_size);
   const UErrorCode status = encode_slice(c, slice, last && slice == count);
   if (status == U_BUFFER_OVERFLOW_ERROR) return false;
   check(status);
@@ -132,19 +142,20 @@ UErrorCode IcuConverter::try_encode(EncodingCursor& c, bool last) {
 
 UErrorCode IcuConverter::decode_slice(DecodingCursor& c, std::size_t slice, bool flush) {
   char16_t* const start = c.to;
+  output_ = start;
   UErrorCode status = U_ZERO_ERROR;
   ucnv_toUnicode(converter_.get(), &c.to, c.to + std::min(c.room(), slice_size), &c.from, c.from + slice, nullptr,
                  flush, &status);
-  if (exchanges_controls_) std::transform(start, c.to, start, control_from_icu);
+  if (rotates_controls_) std::transform(start, c.to, start, control_from_icu);
   return status;
 }
 
 UErrorCode IcuConverter::encode_slice(EncodingCursor& c, std::size_t slice, bool flush) {
-  std::array<char16_t, exchange_size> exchanged;
+  std::array<char16_t, rotation_size> rotated;
   const char16_t* from = c.from;
-  if (exchanges_controls_) {
-    std::transform(from, from + slice, exchanged.begin(), control_to_icu);
-    from = exchanged.data();
+  if (rotates_controls_) {
+    std::transform(from, from + slice, rotated.begin(), control_to_icu);
+    from = rotated.data();
   }
   const char16_t* const start = from;
   UErrorCode status = U_ZERO_ERROR;
@@ -154,32 +165,54 @@ UErrorCode IcuConverter::encode_slice(EncodingCursor& c, std::size_t slice, bool
   return status;
 }
 
-bool IcuConverter::is_decoding_pending() const noexcept {
+std::size_t IcuConverter::malformed_length() const noexcept {
+  std::array<char, 32> bytes;
+  auto length = static_cast<std::int8_t>(bytes.size());
   UErrorCode status = U_ZERO_ERROR;
-  return ucnv_toUCountPending(converter_.get(), &status) != 0;
+  ucnv_getInvalidChars(converter_.get(), bytes.data(), &length, &status);
+  return U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0;
 }
 
-bool IcuConverter::is_encoding_pending() const noexcept {
+// Called by ICU, which must not be left by an exception.
+void IcuConverter::record(const Substitution& substitution, UErrorCode* status) noexcept {
+  substituted_ = true;
+  if (record_ == nullptr) return;
+  try {
+    record_->push_back(substitution);
+  } catch (const std::bad_alloc&) {
+    *status = U_MEMORY_ALLOCATION_ERROR;
+  }
+}
+
+std::size_t IcuConverter::decoding_pending() const noexcept {
   UErrorCode status = U_ZERO_ERROR;
-  return ucnv_fromUCountPending(converter_.get(), &status) != 0;
+  return static_cast<std::size_t>(ucnv_toUCountPending(converter_.get(), &status));
+}
+
+std::size_t IcuConverter::encoding_pending() const noexcept {
+  UErrorCode status = U_ZERO_ERROR;
+  return static_cast<std::size_t>(ucnv_fromUCountPending(converter_.get(), &status));
 }
 
 void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUnicodeArgs* arguments, const char*,
-                                               std::int32_t, UConverterCallbackReason reason, UErrorCode* status) {
+                                               std::int32_t length, UConverterCallbackReason reason,
+                                               UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
-  const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self))->substituted_ = true;
+  auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
   const char16_t replacement = 0xFFFD;
   *status = U_ZERO_ERROR;
+  const auto unit = static_cast<std::size_t>(arguments->target - converter->output_);
+  converter->record({unit, static_cast<std::uint32_t>(length), replacement}, status);
   ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
 }
 
 void U_CALLCONV IcuConverter::substitute_output(const void* self, UConverterFromUnicodeArgs* arguments,
-                                                const char16_t*, std::int32_t, UChar32,
+                                                const char16_t*, std::int32_t, UChar32 character,
                                                 UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
-  converter->substituted_ = true;
   *status = U_ZERO_ERROR;
+  converter->record({0, 0, static_cast<char32_t>(character)}, status);
   const char16_t* replacement = &converter->substitute_;
   if (converter->substitutes_bytes_)
     ucnv_cbFromUWriteSub(arguments, 0, status);

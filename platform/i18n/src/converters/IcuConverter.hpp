@@ -4,26 +4,36 @@
 
 #include <unicode/ucnv.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ku::i18n::detail {
 
 /// Raises what a failed ICU status stands for: `std::bad_alloc`, `CvtInvalidCharacter` or `CvtExceptionBase`.
 void check(UErrorCode status);
 
-/// One converter of ICU's, without its look-alikes and without its habit to drop what cannot be seen.
+/// A converter of ICU's that uses no fallback mappings and, unlike ICU's stock callbacks, never drops
+/// default-ignorable characters.
 class IcuConverter {
 public:
-  /// Strict. `exchanges_controls`: see `Encoding`.
-  IcuConverter(const std::string& name, bool exchanges_controls);
+  /// What a tolerant converter has put a substitute in place of.
+  struct Substitution {
+    std::size_t unit;      ///< decoding: where U+FFFD stands in the output of the call
+    std::uint32_t length;  ///< decoding: the bytes of the malformed sequence
+    char32_t character;    ///< encoding: what the encoding lacks
+  };
+
+  /// Strict.
+  explicit IcuConverter(const std::string& name);
   /// Tolerant, putting U+FFFD in place of input, and `substitute` in place of output, that cannot be converted.
-  IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute);
+  IcuConverter(const std::string& name, char16_t substitute);
   IcuConverter(const IcuConverter&) = delete;
   IcuConverter& operator=(const IcuConverter&) = delete;
 
-  /// Takes at most `count` units from the cursor, the `last` of the text if so said. Returns whether that is done:
-  /// all are taken, and what they became is placed.
+  /// Consumes at most `count` units of the cursor, the `last` of the text if so said. Returns whether that is done:
+  /// all are consumed, and what they became is written.
   bool decode(DecodingCursor& cursor, std::size_t count, bool last);
   bool encode(EncodingCursor& cursor, std::size_t count, bool last);
 
@@ -35,9 +45,17 @@ public:
   UErrorCode try_decode(DecodingCursor& cursor, bool last);
   UErrorCode try_encode(EncodingCursor& cursor, bool last);
 
-  /// Whether units were taken of which nothing has been placed yet.
-  bool is_decoding_pending() const noexcept;
-  bool is_encoding_pending() const noexcept;
+  /// How many bytes are malformed, after `try_decode` has returned that something is.
+  std::size_t malformed_length() const noexcept;
+
+  /// Keeps in `list` what is substituted from now on. It must outlive the converter.
+  void record_substitutions(std::vector<Substitution>& list) noexcept { record_ = &list; }
+
+  /// How many units were consumed of which nothing has been written yet.
+  std::size_t decoding_pending() const noexcept;
+  std::size_t encoding_pending() const noexcept;
+  /// Back to the start state.
+  void restart_decoding() noexcept { ucnv_resetToUnicode(converter_.get()); }
 
   /// Whether it keeps no state from one character to the next.
   bool is_context_free() const noexcept;
@@ -60,17 +78,21 @@ private:
                                            std::int32_t, UChar32, UConverterCallbackReason reason,
                                            UErrorCode* status);
 
-  IcuConverter(const std::string& name, bool exchanges_controls, char16_t substitute, UConverterToUCallback decoding,
+  IcuConverter(const std::string& name, char16_t substitute, UConverterToUCallback decoding,
                UConverterFromUCallback encoding);
 
+  bool decodes_substitute_to_separator() noexcept;
+  void record(const Substitution& substitution, UErrorCode* status) noexcept;
   UErrorCode decode_slice(DecodingCursor& cursor, std::size_t slice, bool flush);
   UErrorCode encode_slice(EncodingCursor& cursor, std::size_t slice, bool flush);
 
   std::unique_ptr<UConverter, Close> converter_;
-  bool exchanges_controls_;
   char16_t substitute_;
-  bool substitutes_bytes_ = false;  // and not by conversion, again and again
+  bool rotates_controls_ = false;   // ICU's PC code pages rotate 1A, 1C and 7F; this converter undoes it
+  bool substitutes_bytes_ = false;  // stateless: the bytes of the substitute are always the same
   bool substituted_ = false;
+  std::vector<Substitution>* record_ = nullptr;
+  const char16_t* output_ = nullptr;  // of the current call of `decode`
 };
 
 }  // namespace ku::i18n::detail

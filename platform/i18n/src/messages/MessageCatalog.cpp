@@ -1,6 +1,8 @@
 #include <ku/i18n/MessageCatalog.hpp>
 
-#include "paths/process_code.hpp"
+#include "locale/process_code.hpp"
+
+#include <ku/i18n/codecvt.hpp>
 
 #include <unicode/simpleformatter.h>
 #include <unicode/udata.h>
@@ -19,13 +21,6 @@ struct CloseBundle {
   void operator()(UResourceBundle* bundle) const noexcept { ures_close(bundle); }
 };
 using BundleHandle = std::unique_ptr<UResourceBundle, CloseBundle>;
-
-// Should ICU lack memory when it first sets up its default locale and its cache, it waits for itself for ever, or
-// never tries again: have it done when the library is loaded.
-[[gnu::constructor]] void set_up_icu() {
-  UErrorCode status = U_ZERO_ERROR;
-  const BundleHandle opened(ures_open(nullptr, "root", &status));
-}
 
 void check_found(UErrorCode status) {
   if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
@@ -48,7 +43,7 @@ BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::str
 }
 
 icu::UnicodeString text_of(const std::string& argument) {
-  const auto text = detail::from_process_code(argument, true);
+  const auto text = codecvt_string_to_ustring(detail::process_code(), true).convert(argument.data(), argument.size());
   constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
   if (text.size() > most) throw std::length_error("MessageCatalog::get_message");  // not covered: takes 4 GiB
   icu::UnicodeString result(text.data(), static_cast<std::int32_t>(text.size()));

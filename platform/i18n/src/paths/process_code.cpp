@@ -1,9 +1,7 @@
-#include "paths/process_code.hpp"
-
+#include "locale/process_code.hpp"
 #include "converters/Encoding.hpp"
 
 #include <ku/filesystem/process_code_traits.hpp>
-#include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
 
@@ -14,37 +12,24 @@ namespace ku::i18n {
 namespace detail {
 namespace {
 
-// An encoding that nobody knows is treated as the C library treats it: as if the environment named none.
-const Encoding& process_code() {
-  static const Encoding& code = []() -> const Encoding& {
-    try {
-      return Encoding::named(ZrLocale("").encoding());
-    } catch (const CvtExceptionBase&) {
-      return Encoding::named("UTF-8");
-    }
-  }();
-  return code;
+const Encoding& process_encoding() {
+  static const Encoding& encoding = Encoding::named(process_code());
+  return encoding;
 }
 
-// Most names are, and for them a converter is not worth its making.
+// Most names are ASCII, and need no converter.
 template <class Unit>
 bool is_plain(const std::basic_string<Unit>& text) {
   const auto is_ascii = [](Unit unit) { return std::make_unsigned_t<Unit>(unit) < 0x80; };
-  return process_code().is_superset_of_ascii() && std::all_of(text.begin(), text.end(), is_ascii);
+  return process_encoding().is_superset_of_ascii() && std::all_of(text.begin(), text.end(), is_ascii);
 }
-
-}  // namespace
 
 std::string to_process_code(const std::u16string& text, bool tolerant) {
   if (is_plain(text)) return {text.begin(), text.end()};
-  return process_code().make_converter(tolerant)->encode_whole(text.data(), text.size());
+  return process_encoding().make_converter(tolerant)->encode_whole(text.data(), text.size());
 }
 
-std::u16string from_process_code(const std::string& text, bool tolerant) {
-  if (is_plain(text)) return {text.begin(), text.end()};
-  return process_code().make_converter(tolerant)->decode_whole(text.data(), text.size());
-}
-
+}  // namespace
 }  // namespace detail
 
 std::string to_string(const std::u16string& text) { return detail::to_process_code(text, true); }
@@ -60,7 +45,8 @@ std::string process_code_traits::to_external(const std::u16string& path) {
 }
 
 std::u16string process_code_traits::to_internal(const std::string& path) {
-  return i18n::detail::from_process_code(path, false);
+  if (i18n::detail::is_plain(path)) return {path.begin(), path.end()};
+  return i18n::detail::process_encoding().make_converter(false)->decode_whole(path.data(), path.size());
 }
 
 std::string make_native_form(const std::u16string& path) { return process_code_traits::to_external(path); }

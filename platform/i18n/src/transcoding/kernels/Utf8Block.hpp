@@ -10,19 +10,25 @@
 
 namespace ku::i18n::detail {
 
-/// Bytes of UTF-8 looked at together. In the masks each byte has a bit, the first byte the lowest.
+/// 64 bytes of UTF-8, classified together. In the masks each byte has a bit, the first byte the lowest.
+///
+/// Invariant  the block need not begin at the start of a character where only its form is asked (`is_well_formed`);
+///            `decode` and `decode_pairs` may be asked if `is_simple`, which takes it to begin at one.
+/// Reads      `bytes_read`: two bytes past the block, in which a character of three bytes may end.
+/// Bits       two bytes 110yyyyy 10xxxxxx -> yyyyyxxxxxx; three 1110zzzz 10yyyyyy 10xxxxxx -> zzzzyyyyyyxxxxxx. Bytes
+/// are
+///            compared as signed numbers: continuations are those less than C0.
 class Utf8Block {
 public:
   static constexpr std::size_t size = 64;
-  /// How many bytes are read: a character may reach out of the block.
-  static constexpr std::size_t sight = size + 2;
+  static constexpr std::size_t bytes_read = size + 2;
 
   explicit Utf8Block(const char* from) noexcept : from_(from) {
     __m128i unusual = _mm_setzero_si128();
     __m128i surrogates = unusual;
     for (std::size_t part = 0; part < parts; ++part) {
       const __m128i bytes = load(part, 0);
-      others_ |= mask(part, bytes);
+      non_ascii_ |= mask(part, bytes);
       continuations_ |= mask(part, _mm_cmplt_epi8(bytes, all(0xC0)));
       triples_ |= mask(part, are_at_least(bytes, 0xE0));
       unusual = any(unusual, any(are_overlong(bytes, load(part, 1)), are_at_least(bytes, 0xF0)));
@@ -32,7 +38,7 @@ public:
     may_have_surrogates_ = _mm_movemask_epi8(surrogates) != 0;
   }
 
-  bool is_ascii() const noexcept { return others_ == 0; }
+  bool is_ascii() const noexcept { return non_ascii_ == 0; }
 
   /// Whether the text is well-formed if it begins with the continuations `due`; only then, and sets which ones are
   /// due behind it.
@@ -46,12 +52,14 @@ public:
 
   /// Whether the text, from the start of a character, has but characters of up to three bytes, or surrogates.
   bool is_simple() const noexcept { return !is_unusual_ && has_form(0, 0); }
-  /// The same, up to two bytes.
+  /// The same, without surrogates.
+  bool is_simple_text() const noexcept { return is_simple() && (!may_have_surrogates_ || has_valid_seconds()); }
+  /// Whether no character has three bytes.
   bool has_pairs_at_most() const noexcept { return triples_ == 0; }
 
   /// Of simple text: where the characters begin that are whole in it, and how long they are together.
   std::uint64_t starts() const noexcept { return ~continuations_ & ~cut(); }
-  std::size_t length() const noexcept { return cut() == 0 ? size : first_of(cut()); }
+  std::size_t length() const noexcept { return cut() == 0 ? size : first_bit(cut()); }
 
   using Codes = std::array<char16_t, size>;
 
@@ -60,11 +68,11 @@ public:
     Codes codes;
     for (std::size_t part = 0; part < parts; ++part) {
       const __m128i first = load(part, 0);
-      const __m128i is_other = _mm_cmplt_epi8(first, all(0));
+      const __m128i is_long = _mm_cmplt_epi8(first, all(0));
       const __m128i is_triple = are_at_least(first, 0xE0);
       const __m128i last = select(is_triple, load(part, 2), load(part, 1));
-      const __m128i low = select(is_other, low_bits(last, 0x3F), first);
-      const __m128i middle = both(is_other, select(is_triple, low_bits(load(part, 1), 0x3F), low_bits(first, 0x1F)));
+      const __m128i low = select(is_long, low_bits(last, 0x3F), first);
+      const __m128i middle = both(is_long, select(is_triple, low_bits(load(part, 1), 0x3F), low_bits(first, 0x1F)));
       const __m128i high = both(is_triple, low_bits(_mm_slli_epi16(first, 4), 0xF0));
       place(&codes[part * sizeof(__m128i)], _mm_unpacklo_epi8(low, high), _mm_unpacklo_epi8(middle, all(0)));
       place(&codes[part * sizeof(__m128i) + 8], _mm_unpackhi_epi8(low, high), _mm_unpackhi_epi8(middle, all(0)));
@@ -77,9 +85,9 @@ public:
     Codes codes;
     for (std::size_t part = 0; part < parts; ++part) {
       const __m128i first = load(part, 0);
-      const __m128i is_other = _mm_cmplt_epi8(first, all(0));
-      const __m128i low = select(is_other, low_bits(load(part, 1), 0x3F), first);
-      const __m128i high = both(is_other, low_bits(first, 0x1F));
+      const __m128i is_long = _mm_cmplt_epi8(first, all(0));
+      const __m128i low = select(is_long, low_bits(load(part, 1), 0x3F), first);
+      const __m128i high = both(is_long, low_bits(first, 0x1F));
       place(&codes[part * sizeof(__m128i)], _mm_unpacklo_epi8(low, all(0)), _mm_unpacklo_epi8(high, all(0)));
       place(&codes[part * sizeof(__m128i) + 8], _mm_unpackhi_epi8(low, all(0)), _mm_unpackhi_epi8(high, all(0)));
     }
@@ -89,7 +97,7 @@ public:
 private:
   static constexpr std::size_t parts = size / sizeof(__m128i);
 
-  std::uint64_t leads() const noexcept { return others_ & ~continuations_; }
+  std::uint64_t leads() const noexcept { return non_ascii_ & ~continuations_; }
   // The start of the character of up to three bytes that reaches out of the block.
   std::uint64_t cut() const noexcept {
     constexpr std::uint64_t last = std::uint64_t{1} << 63;
@@ -150,7 +158,7 @@ private:
   }
 
   const char* from_;
-  std::uint64_t others_ = 0;
+  std::uint64_t non_ascii_ = 0;
   std::uint64_t continuations_ = 0;
   std::uint64_t triples_ = 0;
   bool is_unusual_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -7,31 +8,33 @@
 
 namespace ku::i18n::detail {
 
-/// ASCII is looked for in blocks of that many bytes.
+/// Block size of the ASCII scan, in bytes: one register.
 constexpr std::size_t ascii_block = 16;
 
-/// Copies the block at `from`, and tells which of its bytes are not ASCII, a bit each.
+/// Copies the block at `from`, and tells which of its bytes are not ASCII, a bit each, the first byte lowest.
 inline unsigned copy_block(const char* from, char* to) {
   const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
   return static_cast<unsigned>(_mm_movemask_epi8(bytes));
 }
 
-/// Two blocks.
-constexpr std::size_t stretch = 2 * ascii_block;
+/// Size of the window in which text with few characters beyond ASCII is converted: two blocks.
+constexpr std::size_t window_size = 2 * ascii_block;
 
-inline std::uint32_t copy_stretch(const char* from, char* to) {
+/// As `copy_block`, for a window.
+inline std::uint32_t copy_window(const char* from, char* to) {
   return copy_block(from, to) | copy_block(from + ascii_block, to + ascii_block) << ascii_block;
 }
 
-/// Where the first byte is whose bit is set; there must be one.
-inline std::size_t first_of(std::uint64_t bits) { return static_cast<unsigned>(__builtin_ctzll(bits)); }
-
-/// How many ASCII bytes a block begins with.
-inline std::size_t ascii_prefix(unsigned others) { return others == 0 ? ascii_block : first_of(others); }
+/// The place of the lowest bit that is set, of the first such byte. Requires: there is one.
+inline std::size_t first_bit(std::uint64_t bits) { return static_cast<std::size_t>(std::countr_zero(bits)); }
 
 /// Copies ASCII by four blocks at a time, and returns its length: at most `count`, and more may follow.
-inline std::size_t copy_long_run(const char* from, std::size_t count, char* to) {
+///
+/// Invariant  everything before `at` is ASCII and has been copied.
+/// Reads      nothing past `count`.
+/// Writes     only what it returns.
+inline std::size_t copy_long_ascii(const char* from, std::size_t count, char* to) {
   std::size_t at = 0;
   for (; at + 4 * ascii_block <= count; at += 4 * ascii_block) {
     const auto load = [&](std::size_t block) {
@@ -50,10 +53,10 @@ inline std::size_t copy_long_run(const char* from, std::size_t count, char* to) 
   return at;
 }
 
-/// Whether the bytes follow each other: runs of three tell other scripts from Latin letters with accents.
+/// Whether three bytes in a row are not ASCII: that tells other scripts from Latin letters with accents.
 template <class Bits>
-bool are_dense(Bits others) {
-  return (others & others >> 1 & others >> 2) != 0;
+bool are_dense(Bits non_ascii) {
+  return (non_ascii & non_ascii >> 1 & non_ascii >> 2) != 0;
 }
 
 }  // namespace ku::i18n::detail

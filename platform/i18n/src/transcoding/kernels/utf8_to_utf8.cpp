@@ -1,6 +1,6 @@
-#include "transcoding/kernels/Utf8Block.hpp"
-#include "transcoding/kernels/direct.hpp"
 #include "transcoding/kernels/utf8.hpp"
+#include "transcoding/kernels/Utf8Block.hpp"
+#include "transcoding/kernels/kernels.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -8,11 +8,15 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Goes by whole blocks, back to the start of a character that reaches out of the last of them.
+// By whole blocks; ends at the start of a character that reaches out of the last of them.
+//
+// Invariant  everything before `at` is well-formed but for its last character, of which the continuations `due`, bits
+//            of the block, are missing.
+// Reads      two bytes past a block; the loop ends before there are fewer.
 std::size_t find_end_of_valid_blocks(const char* from, std::size_t count) {
   std::size_t at = 0;
   std::uint64_t due = 0;
-  for (; at + Utf8Block::sight <= count; at += Utf8Block::size) {
+  for (; at + Utf8Block::bytes_read <= count; at += Utf8Block::size) {
     const Utf8Block block(from + at);
     if (due == 0 && block.is_ascii()) continue;
     if (!block.is_well_formed(due)) break;
@@ -36,8 +40,8 @@ std::size_t find_end_of_valid(const char* from, std::size_t count) {
 
 }  // namespace
 
-DirectCursor copy_utf8(DirectCursor c) {
-  constexpr std::size_t cached = 16384;
+ByteCursor utf8_to_utf8(ByteCursor c) noexcept {
+  constexpr std::size_t cached = 16384;  // is still in the cache when it is copied
   for (std::size_t valid = 1; valid > 0;) {
     valid = find_end_of_valid(c.from, std::min(c.both(), cached));
     if (valid > 0) std::memcpy(c.to, c.from, valid);

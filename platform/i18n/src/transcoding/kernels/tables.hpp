@@ -1,0 +1,92 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+namespace ku::i18n::detail {
+
+/// What a table knows of one byte sequence, or of one character. Entries are looked up when a text first needs them;
+/// the tables above this folder do that, the kernels only read.
+///
+///     > 0    up to three bytes of the result, the first byte lowest, their number in the highest byte
+///     0      not looked up yet
+///     < 0    what the kernels leave to the decoder or the encoder: a kind in bits 24 to 30, a value in the lower
+///     ones
+using Entry = std::int32_t;
+
+/// Entries are stored once, or again with the same value. Relaxed loads do: an entry refers to nothing that would
+/// have to be visible before it, but for `Kind::long_code`, which is stored with release order.
+using AtomicEntry = std::atomic<Entry>;
+
+enum class Kind : std::uint8_t {
+  // decoding
+  supplementary,  // a character beyond U+FFFF: the value
+  prefix,         // the sequence is not complete
+  malformed,      // as many bytes of the sequence as the value says are malformed
+  // encoding
+  long_code,   // more than three bytes: the value is their place in the list of long codes
+  unmappable,  // the encoding lacks the character
+  // both
+  dependent  // depends on what follows, or is more than one character: the converter library is asked each time
+};
+
+constexpr Entry special_entry(Kind kind, std::uint32_t value = 0) {
+  return static_cast<Entry>(0x80000000U | std::uint32_t{static_cast<std::uint8_t>(kind)} << 24 | value);
+}
+constexpr Kind kind_of(Entry special) { return static_cast<Kind>(static_cast<std::uint32_t>(special) >> 24 & 0x7F); }
+constexpr std::uint32_t value_of(Entry special) { return static_cast<std::uint32_t>(special) & 0xFFFFFF; }
+constexpr std::size_t length_of(Entry bytes) { return static_cast<std::uint32_t>(bytes) >> 24; }
+
+/// From a byte sequence to UTF-8: the entries for each byte that may follow a certain prefix.
+struct DecodeNode {
+  using Children = std::array<std::atomic<const DecodeNode*>, 256>;
+
+  /// Without entries, and what has no children: a kernel need not ask whether there are any.
+  /// @{
+  static const DecodeNode none;
+  static const Children no_children;
+  /// @}
+
+  std::array<AtomicEntry, 256> entries{};
+  /// For each entry that is a prefix, the entries behind it; `none` for the others.
+  std::atomic<const Children*> children{&no_children};
+
+  Entry entry(unsigned byte) const noexcept { return entries[byte].load(std::memory_order_acquire); }
+  const DecodeNode& child(unsigned byte) const noexcept {
+    return *(*children.load(std::memory_order_acquire))[byte].load(std::memory_order_acquire);
+  }
+};
+
+/// From a character to bytes: rows for as many characters as UTF-8 has in two bytes. A row that has not been needed
+/// yet is `none`, whose entries are all unknown, so that nobody has to ask whether there is one.
+struct EncodeRows {
+  static constexpr unsigned row_size = 2048;
+  static constexpr unsigned rows = 0x110000 / row_size;
+  using Row = std::array<AtomicEntry, row_size>;
+
+  static const Row none;
+
+  EncodeRows() {
+    for (auto& row : all) row.store(&none, std::memory_order_relaxed);
+  }
+
+  const Row& row(unsigned index) const noexcept { return *all[index].load(std::memory_order_acquire); }
+  Entry entry(char32_t code) const noexcept {
+    return row(code / row_size)[code % row_size].load(std::memory_order_acquire);
+  }
+
+  /// Up to seven bytes, the first one lowest, and their number in the highest byte.
+  std::uint64_t long_code(std::uint32_t place) const noexcept {
+    return (*long_codes[place / long_codes_size].load(std::memory_order_acquire))[place % long_codes_size];
+  }
+
+  std::array<std::atomic<const Row*>, rows> all;
+
+  static constexpr unsigned long_codes_size = 1024;
+  using LongCodes = std::array<std::uint64_t, long_codes_size>;
+  std::array<std::atomic<LongCodes*>, 0x110000 / long_codes_size> long_codes{};
+};
+
+}  // namespace ku::i18n::detail

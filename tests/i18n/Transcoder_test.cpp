@@ -1,0 +1,210 @@
+// The transcoder against the two converters, one after the other, which know nothing of its tables and kernels; and
+// what it tells of losses, against lists written by hand.
+
+#include <CodePageSurvey.hpp>
+#include <ku/i18n/Transcoder.hpp>
+#include <ku/i18n/codecvt.hpp>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iomanip>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace ku::i18n {
+namespace {
+
+struct Result {
+  std::string bytes;
+  bool lossy_input = false;
+  bool lossy_output = false;
+  std::string losses = {};
+
+  bool operator==(const Result& other) const {
+    return bytes == other.bytes && lossy_input == other.lossy_input && lossy_output == other.lossy_output &&
+           losses == other.losses;
+  }
+};
+void PrintTo(const Result& result, std::ostream* out) {
+  *out << testing::PrintToString(result.bytes) << ' ' << result.lossy_input << result.lossy_output << ' '
+       << result.losses;
+}
+
+Result by_converters(const std::string& from, const std::string& to, const std::string& text) {
+  Result result;
+  const auto units = codecvt_string_to_ustring(from, true).convert(text.data(), text.size());
+  result.bytes = codecvt_ustring_to_string(to, true).convert(units.data(), units.size());
+  const auto refuses = [](auto convert) {
+    try {
+      convert();
+      return false;
+    } catch (const CvtInvalidCharacter&) {
+      return true;
+    }
+  };
+  result.lossy_input = refuses([&] { codecvt_string_to_ustring(from, false).convert(text.data(), text.size()); });
+  result.lossy_output = refuses([&] { codecvt_ustring_to_string(to, false).convert(units.data(), units.size()); });
+  return result;
+}
+
+std::string described(const ConversionLoss& loss) {
+  std::ostringstream text;
+  text << loss.offset << '+' << loss.length << ' ';
+  if (loss.malformed)
+    text << "malformed; ";
+  else
+    text << "U+" << std::hex << std::uppercase << std::setfill('0') << std::setw(4)
+         << static_cast<std::uint32_t>(loss.character) << "; ";
+  return text.str();
+}
+
+/// Pieces of `slice` bytes, and room for `room` bytes. Both have ends that a sanitizer sees.
+Result by_transcoder(const std::string& from, const std::string& to, const std::string& text, std::size_t slice,
+                     std::size_t room, bool locates) {
+  Transcoder transcoder(from, to);
+  Result result;
+  if (locates) transcoder.report_losses([&](const ConversionLoss& loss) { result.losses += described(loss); });
+  std::size_t consumed = 0, offered = std::min(slice, text.size());
+  for (int calls = 0; calls < 100000; ++calls) {
+    const std::vector<char> piece(text.data() + consumed, text.data() + offered);
+    std::vector<char> out(room);
+    const bool last = offered == text.size();
+    const auto step = transcoder.convert(piece.data(), piece.size(), last, out.data(), out.size());
+    result.bytes.append(out.data(), step.written);
+    consumed += step.consumed;
+    if (!step.done) continue;
+    EXPECT_LT(offered - consumed, 5U) << "a character that is cut is short";
+    if (last) {
+      EXPECT_EQ(consumed, text.size());
+      result.lossy_input = transcoder.has_substituted_input();
+      result.lossy_output = transcoder.has_substituted_output();
+      return result;
+    }
+    offered = std::min(text.size(), offered + slice);
+  }
+  ADD_FAILURE() << "no progress";
+  return result;
+}
+
+std::string repeated(const std::string& text, std::size_t times) {
+  std::string result;
+  for (; times > 0; --times) result += text;
+  return result;
+}
+
+struct Case {
+  const char* source;
+  const char* target;
+  std::vector<std::string> fillings;  // in the source
+};
+void PrintTo(const Case& c, std::ostream* out) { *out << c.source << " to " << c.target; }
+
+class Windows : public testing::TestWithParam<Case> {};
+
+// Kernels go by windows and blocks: every fragment has to be converted alike wherever it stands in one.
+TEST_P(Windows, ConvertEveryFragmentAlikeWhereverItStands) {
+  std::vector<std::string> fragments;
+  for (int byte = 0; byte < 0x100; ++byte) fragments.emplace_back(1, static_cast<char>(byte));
+  for (int first = 0x80; first <= 0xFF; ++first)
+    for (const int second : {0x00, 0x30, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xD8, 0xDC, 0xFF})
+      for (const char* rest : {"", "\x80", "\x81\x31", "\x80\x80"})
+        fragments.push_back(std::string{static_cast<char>(first), static_cast<char>(second)} + rest);
+  const auto& [source, target, fillings] = GetParam();
+  std::size_t number = 0;
+  for (const auto& filling : fillings)
+    for (const auto& fragment : fragments) {
+      const auto before = ++number * 7 % (70 / filling.size() + 1);
+      const auto text = repeated(filling, before) + fragment + repeated(filling, 140 / filling.size());
+      const auto expected = by_converters(source, target, text);
+      ASSERT_EQ(by_transcoder(source, target, text, text.size(), 4 * text.size() + Transcoder::least_room, false),
+                expected)
+          << filling << " x " << before << testing::PrintToString(fragment);
+      ASSERT_EQ(by_transcoder(source, target, text, 50, Transcoder::least_room + number % 64, false), expected)
+          << filling << " x " << before << testing::PrintToString(fragment);
+    }
+}
+
+using namespace std::string_literals;
+INSTANTIATE_TEST_SUITE_P(
+    Routes, Windows,
+    testing::Values(Case{"KOI8-R", "UTF-8", {"a", "\xC1"}}, Case{"windows-1252", "UTF-8", {"a", "\x80", "aa\xE9"}},
+                    Case{"ISO-8859-7", "UTF-8", {"\xE1"}}, Case{"IBM037", "UTF-8", {"\x81"}},
+                    Case{"Shift_JIS", "UTF-8", {"a", "\xB1", "\x93\xFA"}},
+                    Case{"EUC-JP", "UTF-8", {"a", "\x8F\xB0\xA1"}}, Case{"GB18030", "UTF-8", {"\x81\x39\xEF\x30"}},
+                    Case{"UTF-16LE", "UTF-8", {"a\0"s, "\xE5\x65"s, "\x3D\xD8\x00\xDE"s, "a\0\xE9\0"s}},
+                    Case{"UTF-16BE", "UTF-8", {"\0a"s, "\x04\x30"s}}, Case{"UTF-32LE", "UTF-8", {"\x30\x04\0\0"s}},
+                    Case{"UTF-8", "UTF-16LE", {"a", "я", "日", "😀"}}, Case{"UTF-8", "UTF-16BE", {"aé"}},
+                    Case{"UTF-8", "UTF-32BE", {"日"}}, Case{"UTF-8", "UTF-8", {"a", "я", "日", "😀"}},
+                    Case{"UTF-8", "KOI8-R", {"я", "aя", std::string(30, 'a') + "─"}},
+                    Case{"UTF-8", "ISO-8859-1", {"é", "aaé", "日"}}, Case{"UTF-8", "IBM037", {"a", "é"}},
+                    Case{"UTF-8", "Shift_JIS", {"я", "日"}}, Case{"UTF-8", "GB18030", {"한", "😀"}},
+                    Case{"UTF-8", "EUC-JP", {"日", "日a本я"}}, Case{"Shift_JIS", "EUC-JP", {"\x93\xFA"}}));
+
+class Pieces : public testing::TestWithParam<std::string> {};
+
+// What becomes of a text does not depend on how it is cut, on how much room there is, or on who listens.
+TEST_P(Pieces, DoNotMatter) {
+  const auto& page = GetParam();
+  const std::string units =
+      "\uFEFFAbc~+&-\r\n\x1A\x1C\x7F"s + '\0' +
+      " more than 16 letters of plain text \u0430\u0431\u0432\u0433\u0434\u0435\u0436\u0437\u00CA\u0304\u00CA"
+      "\u00E9\u00DF\u20AC\u0416\u0434\u3042\u30AB\u4E2D\u6587\uAC00\uD55C\u2460\U0001F600\u200B\u200D\uFFFD\uFFFF z"
+      "\xED\xA0\x80\xF0\x9F.\xE4\xB8\xAD\xF4";
+  const auto bytes = by_converters("UTF-8", page, units).bytes;
+  const auto middle = bytes.size() / 2;
+  const auto broken = bytes.substr(0, middle + 1) + "\xFF\x81 " + bytes.substr(middle) + "\x8F\xA1\x1B$";
+  struct Text {
+    std::string from, to, text;
+  };
+  for (const auto& [from, to, text] : {Text{"UTF-8", page, units}, Text{page, "UTF-8", bytes},
+                                       Text{page, "UTF-8", broken}, Text{page, page, broken}}) {
+    const auto expected = by_converters(from, to, text);
+    ASSERT_EQ(by_transcoder(from, to, text, text.size(), 2000, false), expected);
+    auto located = by_transcoder(from, to, text, text.size(), 2000, true);
+    EXPECT_EQ(located.losses.empty(), !expected.lossy_input && !expected.lossy_output);
+    for (std::size_t n = 1; n <= 17; ++n)
+      for (const auto& [slice, room] : {std::pair(n, std::size_t{1000}), {n, Transcoder::least_room + n - 1}})
+        ASSERT_EQ(by_transcoder(from, to, text, slice, room, true), located) << slice << ' ' << room;
+    located.losses.clear();
+    EXPECT_EQ(located, expected);
+  }
+  for (std::size_t cut = 0; cut < bytes.size(); ++cut)
+    ASSERT_EQ(by_transcoder(page, "UTF-8", bytes.substr(0, cut), 1, 64, false),
+              by_converters(page, "UTF-8", bytes.substr(0, cut)))
+        << cut;
+}
+
+INSTANTIATE_TEST_SUITE_P(AllCodePages, Pieces, testing::ValuesIn(code_page_names()));
+
+TEST(Losses, AreToldInTheOrderOfTheInput) {
+  const struct {
+    const char *from, *to;
+    std::string text, losses;
+  } cases[] = {
+      {"UTF-8", "KOI8-R", "aя", ""},
+      {"UTF-8", "KOI8-R", "\xFF€😀\xE2\x82z\uFFFD",
+       "0+1 malformed; 1+3 U+20AC; 4+4 U+1F600; 8+2 malformed; 11+3 U+FFFD; "},
+      {"UTF-8", "ISO-8859-1", std::string(100, 'x') + "日" + std::string(100, 'y') + "日",
+       "100+3 U+65E5; 203+3 U+65E5; "},
+      {"Shift_JIS", "UTF-8", "\x93\xFA\x81 \xFF\x93", "2+1 malformed; 4+1 malformed; 5+1 malformed; "},
+      {"EUC-JP", "ISO-8859-1", "\xC6\xFC\x8F\xB0\xA1", "0+2 U+65E5; 2+3 U+4E02; "},
+      {"GB18030", "UTF-16LE", "\x81\x30\x81\x30\xFE\x39\x39\x39\x81\x30", "4+1 malformed; 8+2 malformed; "},
+      {"UTF-16LE", "US-ASCII", "a\0\xE9\0\x3D\xD8\x00\xDE\x3D\xD8z\0!"s,
+       "2+2 U+00E9; 4+4 U+1F600; 8+2 malformed; 12+1 malformed; "},
+      {"UTF-32BE", "UTF-8", "\0\0\0a\0\x11\0\0\0\0\xD8\0\0"s, "4+4 malformed; 8+4 malformed; 12+1 malformed; "},
+      {"ISO-2022-JP", "ISO-8859-1", "a\x1B$B\x46\x7C\x1B(B\xE9z", "4+2 U+65E5; 9+1 malformed; "},
+      {"UTF-8", "ISO-2022-JP", "日한\xC3本😀", "3+3 U+D55C; 6+1 malformed; 10+4 U+1F600; "},
+      {"UTF-8", "Big5-HKSCS", "\u00CAx\u00CA😀", "5+4 U+1F600; "}};
+  for (const auto& [from, to, text, losses] : cases)
+    EXPECT_EQ(by_transcoder(from, to, text, text.size(), 1000, true).losses, losses) << from << " to " << to;
+}
+
+TEST(Transcoder, RefusesWhatTheConvertersRefuse) {
+  EXPECT_THROW(Transcoder("no-such-encoding", "UTF-8"), CvtExceptionBase);
+  EXPECT_THROW(Transcoder("UTF-8", "x11-compound-text"), CvtExceptionBase);
+}
+
+}  // namespace
+}  // namespace ku::i18n

@@ -1,0 +1,200 @@
+#include "support/CapturedOutput.hpp"
+#include "support/ContentLocale.hpp"
+#include "support/content.hpp"
+
+#include <ku/i18n/codecvt.hpp>
+#include <qardatainterfaces/DeployedException.hpp>
+#include <qardatainterfaces/LCPToUTF8Transform.hpp>
+#include <qardatainterfaces/QARCodePageTransform.hpp>
+#include <qardatainterfaces/UTF8ToLCPTransform.hpp>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <iomanip>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace Korvane::qardatainterfaces {
+namespace {
+
+using namespace std::string_literals;
+using OnLoss = QARCodePageTransform::OnLoss;
+
+/// "malformed unmappable: places".
+std::string described(const QARConversionLoss& loss) {
+  std::ostringstream text;
+  text << loss.malformed << ' ' << loss.unmappable << ':';
+  for (const auto& place : loss.places) {
+    text << ' ' << std::dec << place.offset << '+' << place.length;
+    if (place.malformed && place.character != 0xFFFD) text << '?';
+    if (!place.malformed)
+      text << "=U+" << std::hex << std::uppercase << std::setfill('0') << std::setw(4)
+           << static_cast<std::uint32_t>(place.character);
+  }
+  return text.str();
+}
+
+/// Writes what it is told into the metadata.
+class Reporting final : public QARCodePageTransform {
+public:
+  Reporting(const std::string& from, const std::string& to, OnLoss onLoss = OnLoss::substitute)
+      : QARCodePageTransform("reporting", from, to, onLoss) {}
+
+protected:
+  void lost(const QARConversionLoss& loss, QARMetaData& meta) override {
+    meta.setUserData(meta.getUserData() + described(loss));
+    if (meta.isDemo()) throw std::runtime_error("unwanted");
+  }
+};
+
+struct Case {
+  const char *name, *from, *to;
+  std::string in, out, losses;
+};
+void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
+class CodePages : public testing::TestWithParam<Case> {};
+
+TEST_P(CodePages, ReportWhatTheyLoseAndRefuseItIfToldTo) {
+  const auto& [name, from, to, in, expected, losses] = GetParam();
+  const bool keeps_all = losses.empty();
+  const CapturedOutput output;
+  for (const auto on_loss : {OnLoss::substitute, OnLoss::fail}) {
+    Reporting transform(from, to, on_loss);
+    const bool succeeds = keeps_all || on_loss == OnLoss::substitute;
+    QARByteArray bytes(in), out("before"s);
+    unsigned char byte = 0;
+    out.read(&byte, 1);
+    QARMetaData meta(false, "");
+    EXPECT_EQ(transform.transform(bytes, out, meta), succeeds);
+    EXPECT_EQ(meta.getUserData(), losses);
+    EXPECT_EQ(text(out), succeeds ? expected : "before");
+    EXPECT_TRUE(out.read(&byte, 1) == 1 && byte == (succeeds ? static_cast<unsigned char>(expected[0]) : 'e'));
+    meta.setUserData("");
+    EXPECT_EQ(transform.transform(bytes, bytes, meta), succeeds) << "in and out are the same";
+    EXPECT_EQ(text(bytes), succeeds ? expected : in);
+    if (keeps_all) continue;
+    QARMetaData unwanted(true, "");
+    EXPECT_THROW(transform.transform(QARByteArray(in), out, unwanted), std::runtime_error);
+    EXPECT_EQ(text(out), succeeds ? expected : "before") << "as it was";
+  }
+  EXPECT_EQ(output.text(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    QARCodePageTransform, CodePages,
+    testing::Values(
+        Case{"all_kept", "ISO-8859-1", "UTF-8", "Gr\xFC\xDF\x65", "Grüße", ""},
+        Case{"malformed", "UTF-8", "UTF-16LE", "a\xE2\x82z\xFF", "a\0\xFD\xFFz\0\xFD\xFF"s, "2 0: 1+2 4+1"},
+        Case{"unmappable", "UTF-8", "ISO-8859-1", "10 € für 日本", "10 ? f\xFCr ??",
+             "0 3: 3+3=U+20AC 12+3=U+65E5 15+3=U+672C"},
+        Case{"both", "UTF-8", "KOI8-R", "я😀\xC3", "\xD1??", "1 1: 2+4=U+1F600 6+1"},
+        Case{"a_replacement_character_of_the_text", "UTF-8", "US-ASCII", "\xEF\xBF\xBD\xF5", "??",
+             "1 1: 0+3=U+FFFD 3+1"},
+        Case{"cut_off", "EUC-JP", "UTF-8", "\xC6\xFC\xCB", "日\xEF\xBF\xBD", "1 0: 2+1"},
+        Case{"beyond_16_bits", "GB18030", "KOI8-R", "\x94\x39\xFC\x36z", "?z", "0 1: 0+4=U+1F600"},
+        Case{"stateful", "ISO-2022-JP", "windows-1252", "a\x1B$B\x46\x7C\x1B(B\xE9z", "a??z", "1 1: 4+2=U+65E5 9+1"},
+        Case{"into_stateful", "UTF-8", "ISO-2022-JP", "日€", "\x1B$B\x46\x7C\x1B(B?", "0 1: 3+3=U+20AC"},
+        Case{"more_than_are_kept", "UTF-8", "US-ASCII",
+             std::string(20, 'x') + "éééééééééééééééé\xC3"s + std::string(30, '\xFF'),
+             std::string(20, 'x') + std::string(47, '?'),
+             "31 16: 20+2=U+00E9 22+2=U+00E9 24+2=U+00E9 26+2=U+00E9 28+2=U+00E9 30+2=U+00E9 32+2=U+00E9 34+2=U+00E9 "
+             "36+2=U+00E9 38+2=U+00E9 40+2=U+00E9 42+2=U+00E9 44+2=U+00E9 46+2=U+00E9 48+2=U+00E9 50+2=U+00E9"}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+// Kernels go by windows, decoders and encoders by blocks and runs.
+TEST(QARCodePageTransform, FindsALossWhereverItStands) {
+  const struct {
+    const char *from, *to;
+    std::string filling, bad;
+    const char* loss;
+  } cases[] = {{"UTF-8", "ISO-8859-1", "x", "€", "=U+20AC"},  {"UTF-8", "KOI8-R", "я", "😀", "=U+1F600"},
+               {"UTF-8", "Shift_JIS", "日", "\xE6\x97", ""},  {"KOI8-R", "US-ASCII", "a", "\xD1", "=U+044F"},
+               {"ISO-8859-7", "UTF-8", "\xE1", "\xD2", ""}, {"UTF-16LE", "UTF-8", "a\0"s, "\0\xDC"s, ""},
+               {"ISO-2022-KR", "UTF-8", "a", "\xE9", ""}};
+  for (const auto& [from, to, filling, bad, loss] : cases)
+    for (const std::size_t base : {0U, 1000U, 16340U, 65500U})
+      for (std::size_t before = base; before < base + 70; before += base == 0 ? 1 : 7) {
+        std::string in;
+        for (std::size_t i = 0; i < before; ++i) in += filling;
+        const auto expected = std::to_string(in.size()) + '+' + std::to_string(bad.size()) + loss;
+        in += bad + filling + filling;
+        QARMetaData meta(false, "");
+        QARByteArray out;
+        ASSERT_FALSE(Reporting(from, to, OnLoss::fail).transform(QARByteArray(in), out, meta));
+        ASSERT_EQ(meta.getUserData(), (*loss == 0 ? "1 0: " : "0 1: ") + expected) << from << " to " << to;
+      }
+}
+
+TEST(QARCodePageTransform, SubstitutesAsTheLocalTransformsDo) {
+  const auto bytes = [](QARTransform& transform, const std::string& in) {
+    const CapturedOutput output;
+    QARByteArray out;
+    QARMetaData meta(false, "");
+    EXPECT_TRUE(transform.transform(QARByteArray(in), out, meta));
+    return text(out);
+  };
+  const auto all = pattern(3000);
+  for (const std::string page : {"SJIS", "KOI8-R", "GB18030", "ISO-2022-JP", "UTF-16", "IBM037", "UTF-8"}) {
+    const ContentLocale locale(page);
+    LCPToUTF8Transform decoding;
+    UTF8ToLCPTransform encoding;
+    for (const auto& local : {page, ""s}) {
+      Reporting from(local, "UTF-8"), to("UTF-8", local);
+      EXPECT_EQ(bytes(from, all), bytes(decoding, all)) << page;
+      EXPECT_EQ(bytes(to, all + "日я€"), bytes(encoding, all + "日я€")) << page;
+    }
+  }
+}
+
+TEST(QARCodePageTransform, RefusesEncodingsThatNobodyKnows) {
+  using ku::i18n::CvtExceptionBase;
+  EXPECT_THROW(Reporting("no-such-page", "UTF-8"), CvtExceptionBase);
+  EXPECT_THROW(Reporting("UTF-8", "no-such-page"), CvtExceptionBase);
+  EXPECT_THROW(QARCodePageTransform(nullptr, "", ""), std::logic_error);
+  Reporting local("", "UTF-8");
+  const ContentLocale locale("no-such-page");
+  QARByteArray out("before"s);
+  QARMetaData meta(false, "");
+  try {
+    local.transform(QARByteArray("text"s), out, meta);
+    FAIL();
+  } catch (const rtxi18nutil::DeployedException& error) {
+    EXPECT_EQ(error.identifier(), "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER");
+  }
+  EXPECT_EQ(text(out) + meta.getUserData(), "before");
+}
+
+TEST(QARCodePageTransform, ServesManyThreadsEachWithItsOwnPages) {
+  const struct {
+    const char *page, *bytes, *text;
+  } cases[] = {{"ISO-8859-1", "\xE9", "é"}, {"KOI8-R", "\xD1", "я"}, {"Shift_JIS", "\x93\xFA", "日"}};
+  Reporting shared("UTF-8", "US-ASCII");
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 6; ++i)
+    threads.emplace_back([&, i] {
+      const auto& [page, in, expected] = cases[i % 3];
+      Reporting own(page, "UTF-8");
+      for (int round = 0; round < 200; ++round) {
+        QARByteArray out;
+        QARMetaData meta(false, "");
+        EXPECT_TRUE(own.transform(QARByteArray(std::string(in)), out, meta));
+        EXPECT_EQ(text(out), expected);
+        EXPECT_TRUE(shared.transform(out, out, meta));
+        EXPECT_EQ(text(out) + meta.getUserData().substr(0, 8), "?0 1: 0+" + std::to_string(std::strlen(expected)));
+      }
+    });
+  for (auto& thread : threads) thread.join();
+}
+
+TEST(QARCodePageTransform, HasANameAndThePoliciesOfTheLocalTransforms) {
+  Reporting transform("UTF-8", "KOI8-R");
+  EXPECT_STREQ(transform.getId(), "reporting");
+  EXPECT_TRUE(transform.allowZeroLengthInputFiles() && !transform.allowZeroLengthOutputFiles());
+  EXPECT_TRUE(transform.cleanup() && !transform.isSetup());
+}
+
+}  // namespace
+}  // namespace Korvane::qardatainterfaces
