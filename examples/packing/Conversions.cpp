@@ -2,29 +2,26 @@
 
 #include "../UsageError.hpp"
 #include "../extensions.hpp"
+#include "Converting.hpp"
 
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
-#include <qardatainterfaces/LCPToUTF8Transform.hpp>
-#include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
 namespace packing {
 namespace {
 
 namespace di = Korvane::qardatainterfaces;
 
-/// A transform of the library that leaves its name in the user data of what it has converted.
-template <class Transform>
-class Recorded final : public Transform {
-public:
-  explicit Recorded(const char* id) { this->id_ = id; }
+using OnLoss = di::QARCodePageTransform::OnLoss;
 
-  bool transform(const di::QARByteArray& in, di::QARByteArray& out, di::QARMetaData& meta) override {
-    const bool done = Transform::transform(in, out, meta);
-    if (done) meta.setUserData(this->id_);
-    return done;
-  }
-};
+/// The part before the next colon; `text` keeps what is behind it.
+std::string cutField(std::string& text, const std::string& option) {
+  const auto colon = text.find(':');
+  if (colon == text.npos || colon == 0) throw qarread::UsageError("'" + option + "' is not FROM:TO:EXT,...");
+  const auto field = text.substr(0, colon);
+  text.erase(0, colon + 1);
+  return field;
+}
 
 void setLocale(const std::string& name) {
   ku::i18n::ZrLocale::global(ku::i18n::ZrLocale(name));
@@ -38,23 +35,35 @@ void setLocale(const std::string& name) {
 }  // namespace
 
 Conversions::Conversions(CLI::App& app, Direction direction) : direction_(direction) {
+  const auto add = [&app](const char* name, auto& value, const char* type, const char* text) {
+    app.add_option(name, value, text)->type_name(type)->allow_extra_args(false);
+  };
   if (direction == Direction::toUtf8)
-    app.add_option("--lcp-to-utf8", extensions_, "Convert these files from the local code page to UTF-8");
+    add("--lcp-to-utf8", extensions_, "EXT,...", "Convert these files from the local code page to UTF-8");
   else
-    app.add_option("--utf8-to-lcp", extensions_, "Convert these files from UTF-8 to the local code page");
-  app.get_options().back()->type_name("EXT,...")->allow_extra_args(false);
-  app.add_option("--locale", locale_, "Locale of the local code page and of messages, such as de_DE.ISO-8859-1")
-      ->type_name("NAME");
+    add("--utf8-to-lcp", extensions_, "EXT,...", "Convert these files from UTF-8 to the local code page");
+  add("--transcode", transcodings_, "FROM:TO:EXT,...", "Convert these files from one encoding to another");
+  add("--locale", locale_, "NAME", "Locale of the local code page and of messages, such as de_DE.ISO-8859-1");
+  app.add_flag("--strict", strict_, "Refuse what cannot be converted without loss");
 }
 
 void Conversions::apply(di::QARFileReaderFactory& factory) const {
   if (!locale_.empty()) setLocale(locale_);
-  for (const auto& list : extensions_) {
+  const auto on_loss = strict_ ? OnLoss::fail : OnLoss::substitute;
+  const bool decodes = direction_ == Direction::toUtf8;
+  for (const auto& list : extensions_)
+    factory.addFileTypeHandler(qarread::parseExtensions(list),
+                               new Converting(decodes ? "lcp-to-utf8" : "utf8-to-lcp", decodes ? "" : "UTF-8",
+                                              decodes ? "UTF-8" : "", on_loss));
+  for (const auto& option : transcodings_) {
+    auto list = option;
+    const auto from = cutField(list, option), to = cutField(list, option);
     const auto extensions = qarread::parseExtensions(list);
-    if (direction_ == Direction::toUtf8)
-      factory.addFileTypeHandler(extensions, new Recorded<di::LCPToUTF8Transform>("lcp-to-utf8"));
-    else
-      factory.addFileTypeHandler(extensions, new Recorded<di::UTF8ToLCPTransform>("utf8-to-lcp"));
+    try {
+      factory.addFileTypeHandler(extensions, new Converting((from + " to " + to).c_str(), from, to, on_loss));
+    } catch (const ku::i18n::CvtExceptionBase& error) {
+      throw qarread::UsageError("'" + option + "': " + error.what());
+    }
   }
 }
 

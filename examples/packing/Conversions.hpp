@@ -26,6 +26,8 @@ private:
   Direction direction_;
   std::string locale_;
   std::vector<std::string> extensions_;
+  std::vector<std::string> transcodings_;
+  bool strict_ = false;
 };
 
 }  // namespace packing

@@ -7,19 +7,25 @@
 namespace packing {
 
 using Korvane::qardatainterfaces::QARFileReader;
+using Korvane::qardatainterfaces::QARMetaData;
 
-void checkRead(QARFileReader& reader, const std::string& name) {
+void checkRead(QARFileReader& reader, const std::string& name, const QARMetaData& meta) {
   if (const auto reason = reader.readError()) throw std::system_error(reason, name);
-  if (!reader.readSucceeded()) throw std::runtime_error(name + ": cannot be converted");
+  if (!reader.readSucceeded()) throw std::runtime_error(name + ": cannot be converted (" + meta.getUserData() + ')');
 }
 
-void deliver(QARFileReader& reader, const std::string& name, Korvane::qardatainterfaces::QARMetaData& meta,
+std::string lossOf(QARFileReader& reader, const QARMetaData& meta) {
+  const auto report = meta.getUserData();
+  return report == reader.getTransformId() ? "" : report;
+}
+
+void deliver(QARFileReader& reader, const std::string& name, QARMetaData& meta,
              const std::function<void(const void* bytes, std::size_t size)>& take) {
   constexpr unsigned int chunk = 256 * 1024;
   const auto buffer = std::make_unique_for_overwrite<unsigned char[]>(chunk);
   do {
     const auto count = reader.read(buffer.get(), chunk, meta);
-    checkRead(reader, name);
+    checkRead(reader, name, meta);
     if (count == QARFileReader::failed) throw std::runtime_error(name + ": cannot be read");
     take(buffer.get(), count);
   } while (reader.more());

@@ -7,8 +7,13 @@
 
 namespace packing {
 
-/// Throws `std::runtime_error` with `name` if the last read of `reader` has failed.
-void checkRead(Korvane::qardatainterfaces::QARFileReader& reader, const std::string& name);
+/// Throws `std::runtime_error` with `name` if the last read of `reader`, which was given `meta`, has failed.
+void checkRead(Korvane::qardatainterfaces::QARFileReader& reader, const std::string& name,
+               const Korvane::qardatainterfaces::QARMetaData& meta);
+
+/// What a conversion that has succeeded tells of losses; empty without any.
+std::string lossOf(Korvane::qardatainterfaces::QARFileReader& reader,
+                   const Korvane::qardatainterfaces::QARMetaData& meta);
 
 /// Hands what `reader` delivers to `take`, piece by piece. Throws what `checkRead`, the reader and `take` throw.
 void deliver(Korvane::qardatainterfaces::QARFileReader& reader, const std::string& name,

@@ -121,11 +121,11 @@ Fingerprint Packing::packAsItIs(const std::string& name, const struct stat& stat
 // Its size is known when all of it is.
 Fingerprint Packing::packConverted(const std::string& name, const struct stat& status, di::QARFileReader& reader,
                                    di::QARMetaData& meta) {
-  const di::QARByteArray* content = nullptr;
-  withRemarks(remark_, name, [&] { content = &reader.readAll(meta); });
-  checkRead(reader, name);
-  writer_.beginFile(name, isExecutable(status), content->size());
-  writer_.write(content->begin(), content->size());
+  const auto& content = reader.readAll(meta);
+  checkRead(reader, name, meta);
+  if (const auto loss = lossOf(reader, meta); !loss.empty()) remark_(name, loss);
+  writer_.beginFile(name, isExecutable(status), content.size());
+  writer_.write(content.begin(), content.size());
   return writer_.endFile();
 }
 

@@ -142,7 +142,21 @@ case_code_pages() {
   same tree back
   unpack a.tar.gz --locale ja_JP.SJIS --utf8-to-lcp txt sjis 2>remarks || wrong 'unpack under Shift_JIS'
   iconv -f UTF-8 -t SHIFT_JIS signs.utf8 | cmp - sjis/signs.txt || wrong 'signs.txt in Shift_JIS'
-  [ "$(<remarks)" = 'unpack: latin1.txt: Invalid character was detected.' ] || wrong "remarks: $(<remarks)"
+  lost='utf8-to-lcp: 0 malformed, 3 not in the code page, first at byte 2'
+  [ "$(<remarks)" = "unpack: latin1.txt: $lost" ] || wrong "remarks: $(<remarks)"
+  refused 1 "unpack: latin1.txt: cannot be converted ($lost)" unpack a.tar.gz no --locale ja_JP.SJIS --utf8-to-lcp txt --strict
+
+  # Between encodings by name, whatever the locale.
+  pack tree t.tar --transcode ISO-8859-1:CP850:txt --transcode ISO-8859-1:UTF-16LE:bin || wrong 'pack --transcode'
+  unpack t.tar coded && iconv -f ISO-8859-1 -t CP850 tree/latin1.txt | cmp - coded/latin1.txt || wrong 'CP850'
+  iconv -f ISO-8859-1 -t UTF-16LE tree/latin1.bin | cmp - coded/latin1.bin || wrong 'UTF-16LE'
+  unpack t.tar decoded --strict --transcode CP850:ISO-8859-1:txt --transcode UTF-16LE:ISO-8859-1:bin || wrong 'decode'
+  same tree decoded
+  refused 1 'pack: latin1.txt: cannot be converted (UTF-8 to KOI8-R: 3 malformed, 0 not in the code page, first at byte 2)' \
+    pack tree u.tar --strict --transcode UTF-8:KOI8-R:txt
+  for option in UTF-8:KOI8-R :UTF-8:txt UTF-8::txt UTF-8:no-such-page:txt UTF-8:KOI8-R:a,,b; do
+    refused 2 'pack: *' pack tree u.tar --transcode $option
+  done
 
   printf '\x93\xfa\x96\x7b\x8c\xea\n' >tree/latin1.txt
   env LC_ALL=ja_JP.SJIS "$programs/pack" --lcp-to-utf8 txt --demo tree j.tar || wrong 'pack under Shift_JIS'
