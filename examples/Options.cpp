@@ -1,7 +1,8 @@
 #include "Options.hpp"
 
+#include "extensions.hpp"
+
 #include <qardatainterfaces/QARFileReader.hpp>
-#include <qardatainterfaces/QARPath.hpp>
 
 #include <charconv>
 #include <string_view>
@@ -47,22 +48,6 @@ constexpr ::option long_options[] = {
     {"help", no_argument, nullptr, help},
     {nullptr, 0, nullptr, 0},
 };
-
-std::u16string parseExtension(const std::string& text) {
-  // Only the part of a name from its last dot on is compared, so anything else would never match.
-  if (text.empty() || text.find_first_of("./", 1) != text.npos || text == "/")
-    throw UsageError("'" + text + "' is not an extension");
-  return Korvane::qardatainterfaces::QARPath::fromNative(text[0] == '.' ? text : "." + text);
-}
-
-std::vector<std::u16string> parseExtensions(const std::string& list) {
-  std::vector<std::u16string> extensions;
-  for (std::size_t begin = 0, end = 0; end != list.npos; begin = end + 1) {
-    end = list.find(',', begin);
-    extensions.push_back(parseExtension(list.substr(begin, end - begin)));
-  }
-  return extensions;
-}
 
 unsigned int parseChunk(std::string_view text) {
   unsigned int value = 0;

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "UsageError.hpp"
+
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -26,11 +27,6 @@ struct Options {
   std::optional<std::string> locale;
   std::vector<Registration> registrations;
   std::vector<std::string> paths;
-};
-
-class UsageError : public std::runtime_error {
-public:
-  using std::runtime_error::runtime_error;
 };
 
 /// What the command line may hold, and what it means.

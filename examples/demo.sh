@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Makes files of all kinds and reads them with the example program: examples/demo.sh PROGRAM
+# Makes files of all kinds and reads them with the example program; then packs them with those in the folder PACKING,
+# if that is given: examples/demo.sh PROGRAM [PACKING]
 set -euo pipefail
-program=$(realpath "$1")
+program=$(realpath "$1") packing=${2:+$(realpath "$2")}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -10,6 +11,9 @@ heading='' normal=''
 if [ -t 1 ]; then heading=$'\e[1m' normal=$'\e[0m'; fi
 
 qarread() { "$program" "$@"; }
+pack() { "$packing/pack" "$@"; }
+unpack() { "$packing/unpack" "$@"; }
+list() { "$packing/list" "$@"; }
 
 say() { printf '\n%s%s%s\n' "$heading" "$1" "$normal"; }
 
@@ -26,7 +30,7 @@ echo 'Plain files come out as they are.' >app/README
 head -c 300000 /dev/zero >app/data.bin
 : >app/empty.txt
 ln -s README app/current
-ln -s ../releases/2 app/dangling
+ln -s releases/2 app/dangling
 printf 'Gr\xfc\xdfe aus K\xf6ln, 5 \xb0C\n' >app/text/greeting.txt    # Latin-1
 printf 'Crème brûlée 4 £\n' >app/text/menu.utf8
 printf 'Crème brûlée 4 €\n' >app/text/price.utf8                     # Latin-1 has no euro sign
@@ -56,3 +60,16 @@ show 0 "qarread $sjis app/sjis/language.txt app/sjis/broken.txt"
 
 say 'The entries of an archive catalogue, in its order.'
 show 0 "qarread $sjis -r --catalogue app"
+
+[ -n "$packing" ] || exit 0
+rm -r app/sjis
+
+say 'The whole way: packed where the code page is Latin-1. In the archive, text is UTF-8.'
+show 0 'pack --locale de_DE.ISO-8859-1 --lcp-to-utf8 txt --macro HOME=/opt/app app app.tar.gz'
+show 0 'list app.tar.gz'
+
+say 'Unpacked where it is that of DOS: the text is what iconv makes of it, and the rest what it was.'
+show 0 'unpack --locale de_DE.CP850 --utf8-to-lcp txt app.tar.gz unpacked'
+show 0 'od -A n -t x1z -w24 unpacked/text/greeting.txt'
+show 0 'iconv -f ISO-8859-1 -t CP850 app/text/greeting.txt | cmp - unpacked/text/greeting.txt'
+show 1 'diff -r --brief --no-dereference app unpacked'

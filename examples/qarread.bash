@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Completion for qarread in bash.
 _qarread() {
   local word=${2#=} previous=$3

@@ -8,37 +8,46 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool isDirectory(const fs::path& path) {
+// A listing tells, as a rule, so that the file system is not asked again.
+bool isDirectory(const fs::directory_entry& entry) {
   std::error_code ignored;  // whoever opens the path will meet it again
-  return fs::symlink_status(path, ignored).type() == fs::file_type::directory;
+  return !entry.is_symlink(ignored) && entry.is_directory(ignored);
 }
 
-std::vector<fs::path> list(const fs::path& directory, const Fail& fail) {
-  std::vector<fs::path> names;
+struct Entry {
+  fs::path name;
+  bool isDirectory;
+};
+
+std::vector<Entry> list(const fs::path& directory, const Fail& fail) {
+  std::vector<Entry> entries;
   std::error_code error;
   for (fs::directory_iterator entry(directory, error); !error && entry != fs::directory_iterator();
        entry.increment(error))
-    names.push_back(entry->path().filename());
+    entries.push_back({entry->path().filename(), isDirectory(*entry)});
   if (error) fail(directory, error);
-  std::sort(names.begin(), names.end(), [](const auto& a, const auto& b) { return a.native() < b.native(); });
-  return names;
+  std::sort(entries.begin(), entries.end(),
+            [](const auto& a, const auto& b) { return a.name.native() < b.name.native(); });
+  return entries;
 }
 
-void walkBelow(const Found& directory, const Visit& visit, const Fail& fail) {
-  for (const auto& name : list(directory.path, fail)) {
-    const Found found{directory.path / name, directory.name / name};
-    if (isDirectory(found.path))
-      walkBelow(found, visit, fail);
-    else
+void walkBelow(const Found& directory, const Visit& visit, const Fail& fail, const Visit& enter) {
+  for (const auto& entry : list(directory.path, fail)) {
+    const Found found{directory.path / entry.name, directory.name / entry.name};
+    if (entry.isDirectory) {
+      if (enter) enter(found);
+      walkBelow(found, visit, fail, enter);
+    } else {
       visit(found);
+    }
   }
 }
 
 }  // namespace
 
-void walk(const fs::path& root, const Visit& visit, const Fail& fail) {
-  if (isDirectory(root))
-    walkBelow({root, {}}, visit, fail);
+void walk(const fs::path& root, const Visit& visit, const Fail& fail, const Visit& enter) {
+  if (isDirectory(fs::directory_entry(root)))
+    walkBelow({root, {}}, visit, fail, enter);
   else
     visit(argument(root));
 }

@@ -18,8 +18,9 @@ using Fail = std::function<void(const std::string& path, const std::error_code& 
 
 /// Calls `visit` for all that is below the directory `root` and is no directory itself, in the order of the bytes of
 /// the names; links are not followed. A `root` that is no directory is visited itself. Directories that cannot be
-/// listed go to `fail`, with what could be listed visited all the same.
-void walk(const std::filesystem::path& root, const Visit& visit, const Fail& fail);
+/// listed go to `fail`, with what could be listed visited all the same. A directory below `root` goes to `enter`, if
+/// that is given, before what it holds.
+void walk(const std::filesystem::path& root, const Visit& visit, const Fail& fail, const Visit& enter = {});
 
 /// The argument itself, whatever it is.
 Found argument(const std::filesystem::path& path);

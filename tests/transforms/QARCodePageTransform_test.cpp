@@ -110,9 +110,9 @@ TEST(QARCodePageTransform, FindsALossWhereverItStands) {
     const char *from, *to;
     std::string filling, bad;
     const char* loss;
-  } cases[] = {{"UTF-8", "ISO-8859-1", "x", "€", "=U+20AC"},  {"UTF-8", "KOI8-R", "я", "😀", "=U+1F600"},
-               {"UTF-8", "Shift_JIS", "日", "\xE6\x97", ""},  {"KOI8-R", "US-ASCII", "a", "\xD1", "=U+044F"},
-               {"ISO-8859-7", "UTF-8", "\xE1", "\xD2", ""}, {"UTF-16LE", "UTF-8", "a\0"s, "\0\xDC"s, ""},
+  } cases[] = {{"UTF-8", "ISO-8859-1", "x", "€", "=U+20AC"}, {"UTF-8", "KOI8-R", "я", "😀", "=U+1F600"},
+               {"UTF-8", "Shift_JIS", "日", "\xE6\x97", ""}, {"KOI8-R", "US-ASCII", "a", "\xD1", "=U+044F"},
+               {"ISO-8859-7", "UTF-8", "\xE1", "\xD2", ""},  {"UTF-16LE", "UTF-8", "a\0"s, "\0\xDC"s, ""},
                {"ISO-2022-KR", "UTF-8", "a", "\xE9", ""}};
   for (const auto& [from, to, filling, bad, loss] : cases)
     for (const std::size_t base : {0U, 1000U, 16340U, 65500U})

@@ -1,0 +1,28 @@
+#include "extensions.hpp"
+
+#include "UsageError.hpp"
+
+#include <qardatainterfaces/QARPath.hpp>
+
+namespace qarread {
+namespace {
+
+std::u16string parseExtension(const std::string& text) {
+  // Only the part of a name from its last dot on is compared, so anything else would never match.
+  if (text.empty() || text.find_first_of("./", 1) != text.npos || text == "/")
+    throw UsageError("'" + text + "' is not an extension");
+  return Korvane::qardatainterfaces::QARPath::fromNative(text[0] == '.' ? text : "." + text);
+}
+
+}  // namespace
+
+std::vector<std::u16string> parseExtensions(const std::string& list) {
+  std::vector<std::u16string> extensions;
+  for (std::size_t begin = 0, end = 0; end != list.npos; begin = end + 1) {
+    end = list.find(',', begin);
+    extensions.push_back(parseExtension(list.substr(begin, end - begin)));
+  }
+  return extensions;
+}
+
+}  // namespace qarread

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Fingerprint.hpp"
+#include "NewFile.hpp"
+#include "Utf8Locale.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <exception>
+#include <memory>
+#include <string>
+
+#include <archive.h>
+#include <archive_entry.h>
+
+namespace packing {
+
+/// Writes a pax tar whose bytes depend on what it is given alone: every entry is root's, has the same time, and the
+/// permissions 755 or 644. Names are bytes.
+///
+/// State   The archive appears under its name with `finish`, or not at all.
+/// Errors  `std::system_error` if it cannot be written, `std::runtime_error` of libarchive's.
+/// Threads The thread that made the object, alone.
+class ArchiveWriter {
+public:
+  /// The end of `path` says how it is compressed: .tar, .tar.gz or .tar.zst. Throws `std::invalid_argument` for
+  /// others.
+  ArchiveWriter(const std::string& path, std::time_t time);
+
+  void directory(const std::string& name);
+  /// Returns what describes the target.
+  Fingerprint link(const std::string& name, const std::string& target);
+
+  /// A file begins with its size; then that many bytes follow.
+  /// @{
+  void beginFile(const std::string& name, bool executable, std::uint64_t size);
+  void write(const void* bytes, std::size_t size);
+  /// Returns what describes the content.
+  Fingerprint endFile();
+  /// @}
+
+  void finish();
+
+  /// Whether `found` tells of the archive itself.
+  bool is(const struct stat& found) const { return file_.is(found); }
+
+private:
+  struct Free {
+    void operator()(::archive* writer) const {
+      ::archive_write_fail(writer);  // or an unfinished entry would be filled up with zeros
+      ::archive_write_free(writer);
+    }
+    void operator()(::archive_entry* entry) const { ::archive_entry_free(entry); }
+  };
+
+  void start(const std::string& name, unsigned type, unsigned permissions);
+  void writeHeader();
+  void check(long status) const;
+
+  Utf8Locale locale_;  // from which libarchive converts names to the UTF-8 of a pax tar
+  NewFile file_;
+  std::exception_ptr failure_;  // of writing to the file; libarchive's C code must not see it
+  std::time_t time_;
+  std::unique_ptr<::archive_entry, Free> entry_;
+  Fingerprint fingerprint_;
+  std::unique_ptr<::archive, Free> writer_;
+};
+
+}  // namespace packing

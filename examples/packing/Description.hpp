@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Fingerprint.hpp"
+
+#include <qardatainterfaces/QARContext.hpp>
+#include <qardatainterfaces/QARData.hpp>
+
+#include <map>
+#include <string>
+
+namespace packing {
+
+/// By the native names of files and links; of a link, that of its target.
+using Fingerprints = std::map<std::string, Fingerprint>;
+
+/// What an archive says of itself, in its last entry: the catalogue, of the context the version text, and by what
+/// damage is found. Keys are neither written nor read.
+struct Description {
+  /// Of the entry.
+  static constexpr const char* name = ".qar-description.json";
+  /// No entry may be larger, in bytes.
+  static constexpr std::size_t most = 256U << 20;
+
+  Korvane::qardatainterfaces::QARData catalogue;
+  Korvane::qardatainterfaces::QARContext context;
+  Fingerprints fingerprints;
+
+  /// Throws `std::length_error` if it becomes too large.
+  std::string toJson();
+  /// Throws `BadArchive` for whatever `toJson` does not write.
+  static Description fromJson(const std::string& json);
+};
+
+}  // namespace packing

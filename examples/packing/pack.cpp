@@ -1,0 +1,61 @@
+// Makes an archive of a directory: `pack --help`.
+
+#include "../UsageError.hpp"
+#include "Conversions.hpp"
+#include "packDirectory.hpp"
+#include "runProgram.hpp"
+
+#include <qardatainterfaces/QARPath.hpp>
+
+#include <charconv>
+#include <cstdlib>
+
+namespace packing {
+namespace {
+
+using Korvane::qardatainterfaces::QARPath;
+
+/// The time of every entry: the one that all programs of a reproducible build agree on.
+std::time_t sourceDate() {
+  const char* const text = std::getenv("SOURCE_DATE_EPOCH");
+  if (text == nullptr) return 0;
+  const std::string_view digits = text;
+  std::time_t time = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), time);
+  if (error != std::errc() || end != digits.data() + digits.size() || time < 0)
+    throw qarread::UsageError("SOURCE_DATE_EPOCH is '" + std::string(digits) + "', which is no time");
+  return time;
+}
+
+void addMacro(const std::string& definition, Description& description) {
+  const auto equals = definition.find('=');
+  if (equals == 0 || equals == definition.npos) throw qarread::UsageError("'" + definition + "' is not NAME=VALUE");
+  description.catalogue.addRootMacroMapEntry(QARPath::fromNative(definition.substr(0, equals)),
+                                             QARPath::fromNative(definition.substr(equals + 1)));
+}
+
+}  // namespace
+}  // namespace packing
+
+int main(int argc, char** argv) {
+  using namespace packing;
+  CLI::App app("Makes an archive of what is below a directory, read through the readers of the library.", "pack");
+  std::string directory, archive;
+  std::vector<std::string> macros;
+  PackOptions options;
+  app.add_option("DIRECTORY", directory)->required();
+  app.add_option("ARCHIVE", archive, "A name that ends with .tar, .tar.gz or .tar.zst")->required();
+  const Conversions conversions(app, Conversions::Direction::toUtf8);
+  app.add_flag("--demo", options.demo, "Set the demo flag of every entry");
+  app.add_option("--macro", macros, "Define a root macro")->type_name("NAME=VALUE")->allow_extra_args(false);
+  app.footer("Every entry has the time that SOURCE_DATE_EPOCH tells, or 1970.");
+  return runProgram(app, argc, argv, [&] {
+    Korvane::qardatainterfaces::QARFileReaderFactory factory;
+    conversions.apply(factory);
+    options.time = sourceDate();
+    Description description;
+    for (const auto& macro : macros) addMacro(macro, description);
+    packDirectory(directory, archive, options, factory, description,
+                  [](const auto& name, const auto& text) { say("pack", name + ": " + text); });
+  });
+}

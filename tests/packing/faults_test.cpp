@@ -1,0 +1,99 @@
+// Files that change or fail while they are packed: the program stands in front of `read` of the C library.
+
+#include "packDirectory.hpp"
+#include "support/TemporaryDirectory.hpp"
+
+#include <gmock/gmock.h>
+#include <qardatainterfaces/QARTransform.hpp>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Called with the name of each file below a temporary directory before it is read; returns an error or 0.
+std::function<int(const fs::path& path)> before_read;
+
+}  // namespace
+
+#pragma GCC visibility push(default)
+extern "C" ssize_t read(int handle, void* to, size_t size) {
+  if (before_read) {
+    std::error_code ignored;
+    const auto path = fs::read_symlink("/proc/self/fd/" + std::to_string(handle), ignored);
+    if (const int error = before_read(path)) {
+      errno = error;
+      return -1;
+    }
+  }
+  return ::syscall(SYS_read, handle, to, size);
+}
+#pragma GCC visibility pop
+
+namespace packing {
+namespace {
+
+struct Case {
+  const char* name;
+  std::function<int(const fs::path& path)> happens;  // while "a", of 5 bytes, or "b", of a million, is read
+  const char* error;
+};
+void PrintTo(const Case& c, std::ostream* os) { *os << c.name; }
+
+class PackingFault : public testing::TestWithParam<Case> {
+protected:
+  ~PackingFault() override { before_read = nullptr; }
+};
+
+TEST_P(PackingFault, NamesTheFileAndLeavesNothing) {
+  const TemporaryDirectory directory;
+  fs::create_directory(directory.native("tree"));
+  fs::create_directory(directory.native("out"));
+  directory.file("tree/a", "small");
+  directory.file("tree/b", std::string(1'000'000, 'b'));
+  before_read = GetParam().happens;
+  Korvane::qardatainterfaces::QARFileReaderFactory factory;
+  Description description;
+  std::string error = "none";
+  try {
+    packDirectory(directory.native("tree"), directory.native("out/x.tar"), {}, factory, description, {});
+  } catch (const std::exception& e) {
+    error = e.what();
+  }
+  EXPECT_THAT(error, testing::HasSubstr(GetParam().error));
+  EXPECT_EQ(fs::is_empty(directory.native("out")), error != "none");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , PackingFault,
+    testing::Values(
+        Case{"nothing", nullptr, "none"},
+        Case{"grows",
+             [](auto& path) { return path.filename() == "b" ? std::ofstream(path, std::ios::app) << '.', 0 : 0; },
+             "b: has grown while it was packed"},
+        Case{"shrinks", [](auto& path) { return path.filename() == "b" ? fs::resize_file(path, 600'000), 0 : 0; },
+             "b: has shrunk while it was packed"},
+        Case{"cut_to_nothing", [](auto& path) { return path.filename() == "a" ? fs::resize_file(path, 0), 0 : 0; },
+             "a: has shrunk while it was packed"},
+        Case{"vanishes",
+             [](auto& path) { return path.filename() == "a" ? fs::remove(path.parent_path() / "b"), 0 : 0; },
+             "b: No such file or directory"},
+        Case{"becomes_a_directory",
+             [](auto& path) {
+               if (path.filename() == "a" && fs::remove(path.parent_path() / "b"))
+                 fs::create_directory(path.parent_path() / "b");
+               return 0;
+             },
+             "b\" is neither"},
+        Case{"fails", [](auto& path) { return path.filename() == "b" ? EIO : 0; }, "b: Input/output error"}),
+    [](const auto& i) { return std::string(i.param.name); });
+
+}  // namespace
+}  // namespace packing
