@@ -14,12 +14,6 @@ struct Cursor {
 
   std::size_t left() const noexcept { return static_cast<std::size_t>(end - from); }
   std::size_t room() const noexcept { return static_cast<std::size_t>(limit - to); }
-  /// The units that can be taken and placed one for one.
-  std::size_t both() const noexcept { return left() < room() ? left() : room(); }
-  void advance(std::size_t units) noexcept {
-    from += units;
-    to += units;
-  }
 };
 
 using DecodingCursor = Cursor<char, char16_t>;

@@ -77,7 +77,7 @@ Entry DecodeTable::ask(std::string_view sequence) const {
   if (is_pending && written == 0) return special_entry(Kind::prefix);
   if (!is_pending && written == 1 && !U16_IS_SURROGATE(units[0])) return character_entry(units[0]);
   if (!is_pending && written == 2 && U16_IS_LEAD(units[0]) && U16_IS_TRAIL(units[1]))
-    return character_entry(U16_GET_SUPPLEMENTARY(units[0], units[1]));
+    return character_entry(static_cast<char32_t>(U16_GET_SUPPLEMENTARY(units[0], units[1])));
   return special_entry(Kind::dependent);
 }
 

@@ -24,7 +24,7 @@ __m128i with_bits(__m128i units, int bits) noexcept {
   return _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(bits)));
 }
 
-// Units with any of these bits, all ones; the others, zero.
+// Units with any of these bits, all ones; units without, zero.
 __m128i having(__m128i units, int bits) noexcept {
   const __m128i none = _mm_cmpeq_epi16(with_bits(units, bits), _mm_setzero_si128());
   return _mm_xor_si128(none, _mm_set1_epi8(-1));
