@@ -48,7 +48,7 @@ public:
   unsigned long size() const;
 
 private:
-  friend class ByteStorage;
+  friend class ByteArrayAccess;
 
   boost::shared_array<unsigned char> storage_;
   unsigned long size_ = 0;

@@ -1,6 +1,6 @@
 #include <qardatainterfaces/QARContext.hpp>
 
-#include "types/ByteStorage.hpp"
+#include "types/ByteArrayAccess.hpp"
 
 namespace Korvane::qardatainterfaces {
 namespace {
@@ -8,8 +8,8 @@ namespace {
 void replaceKey(QARByteArray& key, const QARByteArray& next) {
   if (&key == &next) return;
   QARByteArray copy(next);
-  ByteStorage::swap(key, copy);
-  ByteStorage::wipe(copy);
+  ByteArrayAccess::swap(key, copy);
+  ByteArrayAccess::wipe(copy);
 }
 
 }  // namespace
@@ -30,18 +30,18 @@ QARContext& QARContext::operator=(const QARContext& other) {
   if (this != &other) {
     QARContext copy(other);
     versionInfo_.swap(copy.versionInfo_);
-    ByteStorage::swap(tarvoKey_, copy.tarvoKey_);
-    ByteStorage::swap(compilerKey_, copy.compilerKey_);
-    ByteStorage::swap(solutionKey_, copy.solutionKey_);
-    ByteStorage::swap(encSolutionKey_, copy.encSolutionKey_);
-    ByteStorage::swap(encKeyHash_, copy.encKeyHash_);
+    ByteArrayAccess::swap(tarvoKey_, copy.tarvoKey_);
+    ByteArrayAccess::swap(compilerKey_, copy.compilerKey_);
+    ByteArrayAccess::swap(solutionKey_, copy.solutionKey_);
+    ByteArrayAccess::swap(encSolutionKey_, copy.encSolutionKey_);
+    ByteArrayAccess::swap(encKeyHash_, copy.encKeyHash_);
   }
   return *this;
 }
 
 QARContext::~QARContext() {
   for (auto* const key : {&tarvoKey_, &compilerKey_, &solutionKey_, &encSolutionKey_, &encKeyHash_})
-    ByteStorage::wipe(*key);
+    ByteArrayAccess::wipe(*key);
 }
 
 void QARContext::setVersionInfo(const char* versionInfo) { std::string(versionInfo).swap(versionInfo_); }

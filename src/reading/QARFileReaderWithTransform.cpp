@@ -2,7 +2,7 @@
 
 #include "input/FilePath.hpp"
 #include "input/InputFile.hpp"
-#include "types/ByteStorage.hpp"
+#include "types/ByteArrayAccess.hpp"
 
 #include <ku/filesystem/status.hpp>
 #include <ku/i18n/codecvt.hpp>
@@ -57,7 +57,7 @@ QARByteArray& QARFileReaderWithTransform::readAll(QARMetaData& meta) {
 bool QARFileReaderWithTransform::prepare(QARMetaData& meta) {
   if (!prepared_) {
     prepared_ = isPathForTransform() ? transformPath(meta) : transformContent(meta);
-    if (prepared_) ByteStorage::release(content_);  // the transform is not run again
+    if (prepared_) ByteArrayAccess::release(content_);  // the transform is not run again
   }
   return prepared_;
 }
@@ -95,7 +95,7 @@ bool QARFileReaderWithTransform::acceptEmptyInput() noexcept {
     lastError_ = zero_length;
     return false;
   }
-  ByteStorage::release(output_);  // of what a failed attempt may have left
+  ByteArrayAccess::release(output_);  // of what a failed attempt may have left
   more_ = false;
   lastError_ = 0;
   return true;

@@ -2,7 +2,7 @@
 
 #include "OnePass.hpp"
 #include "transcode.hpp"
-#include "types/ByteStorage.hpp"
+#include "types/ByteArrayAccess.hpp"
 
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
@@ -49,7 +49,7 @@ bool QARCodePageTransform::transform(const QARByteArray& in, QARByteArray& out, 
     lost(loss, meta);
     if (onLoss_ == OnLoss::fail) return false;
   }
-  ByteStorage::swap(out, converted);
+  ByteArrayAccess::swap(out, converted);
   return true;
 }
 

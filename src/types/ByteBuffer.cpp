@@ -1,6 +1,6 @@
 #include "ByteBuffer.hpp"
 
-#include "ByteStorage.hpp"
+#include "ByteArrayAccess.hpp"
 
 #include <algorithm>
 #include <cstdint>
@@ -41,7 +41,7 @@ bool ByteBuffer::tryResize(unsigned long capacity) noexcept {
 void ByteBuffer::moveTo(QARByteArray& array, unsigned long size) {
   constexpr unsigned long slack = 64;  // not worth a call
   if (capacity_ - size > slack) resize(size);
-  ByteStorage::adopt(array, boost::shared_array<unsigned char>(bytes_.release(), Free()), size);
+  ByteArrayAccess::adopt(array, boost::shared_array<unsigned char>(bytes_.release(), Free()), size);
 }
 
 }  // namespace Korvane::qardatainterfaces

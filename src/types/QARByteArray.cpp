@@ -1,6 +1,6 @@
 #include <qardatainterfaces/QARByteArray.hpp>
 
-#include "ByteStorage.hpp"
+#include "ByteArrayAccess.hpp"
 
 #include <algorithm>
 
@@ -23,7 +23,7 @@ QARByteArray::~QARByteArray() = default;
 QARByteArray& QARByteArray::operator=(const QARByteArray& other) {
   if (this != &other) {
     QARByteArray copy(other);
-    ByteStorage::swap(*this, copy);
+    ByteArrayAccess::swap(*this, copy);
   }
   return *this;
 }

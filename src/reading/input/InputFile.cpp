@@ -2,7 +2,7 @@
 
 #include "FilePath.hpp"
 #include "openHandle.hpp"
-#include "types/ByteStorage.hpp"
+#include "types/ByteArrayAccess.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 
@@ -153,7 +153,7 @@ void InputFile::readRest(QARByteArray& content) {
   if (!atEnd()) return;
   const auto end = std::exchange(state_, std::ios_base::goodbit);  // not met, should there be no memory
   QARByteArray rest(buffer_.data() + next_, filled_ - next_);
-  ByteStorage::swap(content, rest);
+  ByteArrayAccess::swap(content, rest);
   buffer_ = ByteBuffer();
   next_ = filled_ = 0;
   state_ = end;

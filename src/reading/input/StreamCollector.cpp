@@ -1,6 +1,6 @@
 #include "StreamCollector.hpp"
 
-#include "types/ByteStorage.hpp"
+#include "types/ByteArrayAccess.hpp"
 
 #include <opc/InputStream.hpp>
 
@@ -25,7 +25,7 @@ StreamCollector::Result StreamCollector::gather(QARByteArray& content) {
   const auto count = kept();
   if (count > 0) {
     QARByteArray gathered(bytes_.data() + taken_, count);
-    ByteStorage::swap(content, gathered);
+    ByteArrayAccess::swap(content, gathered);
   }
   forget();
   return count > 0 ? Result::gathered : Result::nothing;

@@ -5,9 +5,9 @@
 namespace Korvane::qardatainterfaces {
 
 /// What the library may do with a byte array that its callers may not.
-class ByteStorage {
+class ByteArrayAccess {
 public:
-  ByteStorage() = delete;
+  ByteArrayAccess() = delete;
 
   /// Has `array` own `storage`, of which the first `size` bytes are its content, from the first byte on.
   static void adopt(QARByteArray& array, boost::shared_array<unsigned char>&& storage, unsigned long size) noexcept;
