@@ -23,8 +23,7 @@ struct ConversionLoss {
 /// pieces of any size.
 ///
 /// State      The text begins with the first call of `convert` and ends with the one that is told so. For another
-/// text
-///            make another transcoder.
+///            text, make another transcoder.
 /// Errors     The constructor raises `CvtExceptionBase` if it refuses an encoding. Everything may raise
 ///            `std::bad_alloc`; the transcoder must not be used again then.
 /// Threads    Distinct transcoders are independent; one serves one thread at a time.

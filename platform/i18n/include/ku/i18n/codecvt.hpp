@@ -14,12 +14,11 @@ class IcuConverter;
 
 /// Converts bytes in a named encoding to UTF-16.
 ///
-/// Encodings  Any name or alias of a code page in docs/codepages.md, and of ICU's; "CP" and a number name the Windows
-/// page
-///            of that number. The empty name is the local code page, the encoding of `ZrLocale::global()` at that
-///            moment. Refused are names with converter options (a comma) and
-///            encodings whose converter drops text (ISCII, X11 compound text) or spells it differently depending on
-///            where it is cut (SCSU, LMBCS). docs/codepages.md tells what each encoding can express.
+/// Encodings  Any name or alias of a code page in docs/codepages.md, and of ICU's; "CP" and a number name the
+///            Windows page of that number. The empty name is the local code page, the encoding of
+///            `ZrLocale::global()` at that moment. Refused are names with converter options (a comma) and encodings
+///            whose converter drops text (ISCII, X11 compound text) or spells it differently depending on where it is
+///            cut (SCSU, LMBCS). docs/codepages.md tells what each encoding can express.
 /// Strict     Raises `CvtInvalidCharacter` at the first unit that cannot be converted; no fallback mappings are used
 ///            and nothing is dropped, invisible characters and byte-order marks included. A character without a code
 ///            is written as a letter and accents where it is canonically equivalent to these, and they have codes
