@@ -12,8 +12,8 @@ namespace Korvane::qardatainterfaces {
 /// Prints nothing. Derive from it and override `lost` to learn of losses.
 ///
 /// Encodings  Named as `ku::i18n::codecvt_string_to_ustring` tells. The empty name is the local code page: the
-///            encoding of `ku::i18n::ZrLocale::global()` when `transform` is called. Byte-order marks are text like any
-///            other.
+///            encoding of `ku::i18n::ZrLocale::global()` when `transform` is called. Byte-order marks are text
+///            like any other.
 /// Loss       A malformed sequence of the input, or a character that the target encoding lacks. A malformed sequence
 ///            counts once, also if the target lacks the U+FFFD that would stand for it.
 /// Threads    Any number of threads may call one transform at the same moment, if its `lost` allows that.
