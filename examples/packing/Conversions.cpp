@@ -18,7 +18,7 @@ using OnLoss = di::QARCodePageTransform::OnLoss;
 std::string cutField(std::string& text, const std::string& option) {
   const auto colon = text.find(':');
   if (colon == text.npos || colon == 0) throw qarread::UsageError("'" + option + "' is not FROM:TO:EXT,...");
-  const auto field = text.substr(0, colon);
+  auto field = text.substr(0, colon);
   text.erase(0, colon + 1);
   return field;
 }
@@ -60,7 +60,8 @@ void Conversions::apply(di::QARFileReaderFactory& factory) const {
     const auto from = cutField(list, option), to = cutField(list, option);
     const auto extensions = qarread::parseExtensions(list);
     try {
-      factory.addFileTypeHandler(extensions, new Converting((from + " to " + to).c_str(), from, to, on_loss));
+      const auto id = std::string(from).append(" to ").append(to);
+      factory.addFileTypeHandler(extensions, new Converting(id.c_str(), from, to, on_loss));
     } catch (const ku::i18n::CvtExceptionBase& error) {
       throw qarread::UsageError("'" + option + "': " + error.what());
     }

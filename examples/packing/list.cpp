@@ -86,15 +86,24 @@ void list(const std::string& archive, const Limits& limits) {
   output.finish();
 }
 
+class List {
+public:
+  explicit List(CLI::App& app) {
+    app.add_option("ARCHIVE", archive_)->required();
+    addLimitOptions(app, limits_);
+  }
+
+  void run() { list(archive_, limits_); }
+
+private:
+  std::string archive_;
+  Limits limits_;
+};
+
 }  // namespace
 }  // namespace packing
 
 int main(int argc, char** argv) {
-  using namespace packing;
-  CLI::App app("Tells what is in an archive, all of which it reads.", "list");
-  std::string archive;
-  Limits limits;
-  app.add_option("ARCHIVE", archive)->required();
-  addLimitOptions(app, limits);
-  return runProgram(app, argc, argv, [&] { list(archive, limits); });
+  return packing::runProgram<packing::List>("Tells what is in an archive, all of which it reads.", "list", argc,
+                                            argv);
 }

@@ -9,6 +9,9 @@
 
 #include <charconv>
 #include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace packing {
 namespace {
@@ -34,28 +37,38 @@ void addMacro(const std::string& definition, Description& description) {
                                              QARPath::fromNative(definition.substr(equals + 1)));
 }
 
+class Pack {
+public:
+  explicit Pack(CLI::App& app) {
+    app.add_option("DIRECTORY", directory_)->required();
+    app.add_option("ARCHIVE", archive_, "A name that ends with .tar, .tar.gz or .tar.zst")->required();
+    conversions_.emplace(app, Conversions::Direction::toUtf8);
+    app.add_flag("--demo", options_.demo, "Set the demo flag of every entry");
+    app.add_option("--macro", macros_, "Define a root macro")->type_name("NAME=VALUE")->allow_extra_args(false);
+    app.footer("Every entry has the time that SOURCE_DATE_EPOCH tells, or 1970.");
+  }
+
+  void run() {
+    Korvane::qardatainterfaces::QARFileReaderFactory factory;
+    conversions_->apply(factory);
+    options_.time = sourceDate();
+    Description description;
+    for (const auto& macro : macros_) addMacro(macro, description);
+    packDirectory(directory_, archive_, options_, factory, description,
+                  [](const auto& name, const auto& text) { say("pack", name + ": " + text); });
+  }
+
+private:
+  std::string directory_, archive_;
+  std::optional<Conversions> conversions_;
+  std::vector<std::string> macros_;
+  PackOptions options_;
+};
+
 }  // namespace
 }  // namespace packing
 
 int main(int argc, char** argv) {
-  using namespace packing;
-  CLI::App app("Makes an archive of what is below a directory, read through the readers of the library.", "pack");
-  std::string directory, archive;
-  std::vector<std::string> macros;
-  PackOptions options;
-  app.add_option("DIRECTORY", directory)->required();
-  app.add_option("ARCHIVE", archive, "A name that ends with .tar, .tar.gz or .tar.zst")->required();
-  const Conversions conversions(app, Conversions::Direction::toUtf8);
-  app.add_flag("--demo", options.demo, "Set the demo flag of every entry");
-  app.add_option("--macro", macros, "Define a root macro")->type_name("NAME=VALUE")->allow_extra_args(false);
-  app.footer("Every entry has the time that SOURCE_DATE_EPOCH tells, or 1970.");
-  return runProgram(app, argc, argv, [&] {
-    Korvane::qardatainterfaces::QARFileReaderFactory factory;
-    conversions.apply(factory);
-    options.time = sourceDate();
-    Description description;
-    for (const auto& macro : macros) addMacro(macro, description);
-    packDirectory(directory, archive, options, factory, description,
-                  [](const auto& name, const auto& text) { say("pack", name + ": " + text); });
-  });
+  return packing::runProgram<packing::Pack>(
+      "Makes an archive of what is below a directory, read through the readers of the library.", "pack", argc, argv);
 }

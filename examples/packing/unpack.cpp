@@ -5,19 +5,38 @@
 #include "runProgram.hpp"
 #include "unpackArchive.hpp"
 
-int main(int argc, char** argv) {
-  using namespace packing;
-  CLI::App app("Makes a directory from an archive, read through the readers of the library.", "unpack");
-  std::string archive, directory;
-  Limits limits;
-  app.add_option("ARCHIVE", archive)->required();
-  app.add_option("DIRECTORY", directory, "One that does not exist yet, or is empty")->required();
-  const Conversions conversions(app, Conversions::Direction::fromUtf8);
-  addLimitOptions(app, limits);
-  return runProgram(app, argc, argv, [&] {
+#include <optional>
+#include <string>
+
+namespace packing {
+namespace {
+
+class Unpack {
+public:
+  explicit Unpack(CLI::App& app) {
+    app.add_option("ARCHIVE", archive_)->required();
+    app.add_option("DIRECTORY", directory_, "One that does not exist yet, or is empty")->required();
+    conversions_.emplace(app, Conversions::Direction::fromUtf8);
+    addLimitOptions(app, limits_);
+  }
+
+  void run() {
     Korvane::qardatainterfaces::QARFileReaderFactory factory;
-    conversions.apply(factory);
-    unpackArchive(archive, directory, limits, factory,
+    conversions_->apply(factory);
+    unpackArchive(archive_, directory_, limits_, factory,
                   [](const auto& name, const auto& text) { say("unpack", name + ": " + text); });
-  });
+  }
+
+private:
+  std::string archive_, directory_;
+  std::optional<Conversions> conversions_;
+  Limits limits_;
+};
+
+}  // namespace
+}  // namespace packing
+
+int main(int argc, char** argv) {
+  return packing::runProgram<packing::Unpack>(
+      "Makes a directory from an archive, read through the readers of the library.", "unpack", argc, argv);
 }

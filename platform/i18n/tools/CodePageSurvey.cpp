@@ -10,6 +10,7 @@
 #include <array>
 #include <atomic>
 #include <iomanip>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <set>
@@ -269,8 +270,10 @@ std::vector<std::string> aliases_of(const std::string& page) {
 
 // Of ICU's tables and the library's.
 std::vector<std::string> all_pages() {
+  const auto count = ucnv_countAvailable();
   std::vector<std::string> pages;
-  for (std::int32_t i = 0; i < ucnv_countAvailable(); ++i) pages.emplace_back(ucnv_getAvailableName(i));
+  pages.reserve(static_cast<std::size_t>(count) + std::size(own_names));
+  for (std::int32_t i = 0; i < count; ++i) pages.emplace_back(ucnv_getAvailableName(i));
   for (const auto& own : own_names)
     if (own.is_own_page && (pages.empty() || pages.back() != own.page)) pages.emplace_back(own.page);
   return pages;
