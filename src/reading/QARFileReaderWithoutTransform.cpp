@@ -33,8 +33,9 @@ unsigned int QARFileReaderWithoutTransform::read(void* buffer, unsigned int size
 }
 
 unsigned int QARFileReaderWithoutTransform::readStream(unsigned char* to, unsigned int size) {
-  const auto count = static_cast<unsigned int>(in_->read(to, size));
-  if (in_->exhausted()) more_ = false;
+  bool isLast = false;
+  const auto count = static_cast<unsigned int>(in_->read(to, size, isLast));
+  if (isLast) more_ = false;
   return count;
 }
 

@@ -1,6 +1,7 @@
 #include "transcode.hpp"
 
 #include "OnePass.hpp"
+#include "types/ByteArrayAccess.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 #include <qar/qardatainterfaces/messages.hpp>
@@ -30,9 +31,11 @@ auto convert(const std::string& encoding, const Text* text, std::size_t count, T
 
 void transcode(const QARByteArray& in, QARByteArray& out, const std::string& from, const std::string& to,
                const std::function<void(Stage)>& tell) {
-  if (const auto lossy = transcodeInOnePass(in, out, from, to)) {
+  QARByteArray converted;  // `tell` may throw
+  if (const auto lossy = transcodeInOnePass(in, converted, from, to)) {
     if (lossy->inInput) tell(Stage::decoding);
     if (lossy->inOutput) tell(Stage::encoding);
+    ByteArrayAccess::swap(out, converted);
     return;
   }
   using namespace ku::i18n;

@@ -206,6 +206,10 @@ TEST(Losses, AreToldInTheOrderOfTheInput) {
       {"UTF-8", "ISO-8859-1", std::string(100, 'x') + "日" + std::string(100, 'y') + "日",
        "100+3 U+65E5; 203+3 U+65E5; "},
       {"Shift_JIS", "UTF-8", "\x93\xFA\x81 \xFF\x93", "2+1 malformed; 4+1 malformed; 5+1 malformed; "},
+      {"CP949", "UTF-8",
+       "\xC8"
+       "C:\\t",
+       "0+1 malformed; "},
       {"EUC-JP", "ISO-8859-1", "\xC6\xFC\x8F\xB0\xA1", "0+2 U+65E5; 2+3 U+4E02; "},
       {"GB18030", "UTF-16LE", "\x81\x30\x81\x30\xFE\x39\x39\x39\x81\x30", "4+1 malformed; 8+2 malformed; "},
       {"UTF-16LE", "US-ASCII", "a\0\xE9\0\x3D\xD8\x00\xDE\x3D\xD8z\0!"s,

@@ -75,6 +75,41 @@ bool refuses(const std::string& encoding, bool tolerant) try {
   return std::string(error.what()).find('"' + plain) != std::string::npos;
 }
 
+// Python's codecs replace the lead byte alone in each of these.
+TEST(Malformed, LeadBytesTakeNoAsciiWithThem) {
+  const struct {
+    const char *encoding, *bytes;
+    const char16_t* text;
+  } cases[] = {{"CP949",
+                "\xC8"
+                "C:\\t",
+                u"\uFFFDC:\\t"},
+               {"UHC", "\xB0\\n", u"\uFFFD\\n"},
+               {"CP932",
+                "\x86"
+                "C:\\",
+                u"\uFFFDC:\\"},
+               {"JOHAB", "\x85\\n", u"\uFFFD\\n"},
+               {"BIG5-HKSCS", "\x85\\n", u"\uFFFD\\n"},
+               {"GB18030", "\x81\x30", u"\uFFFD"},
+               {"EUC-JP", "\xA9\xA1z", u"\uFFFDz"}};
+  for (const auto& [encoding, bytes, text] : cases)
+    EXPECT_EQ(codecvt_string_to_ustring(encoding, true).convert(bytes, std::string(bytes).size()), text) << encoding;
+  for (const std::string encoding : {"CP949", "CP932", "JOHAB", "BIG5-HKSCS", "BIG5", "GBK", "EUC-KR"}) {
+    codecvt_string_to_ustring strict(encoding, false), tolerant(encoding, true);
+    for (int lead = 0x80; lead <= 0xFF; ++lead)
+      for (int trail = 0x20; trail < 0x80; ++trail) {
+        const auto pair = at({lead, trail});
+        try {
+          strict.convert(pair.data(), 2);
+        } catch (const CvtInvalidCharacter&) {
+          ASSERT_EQ(tolerant.convert(pair.data(), 2).back(), strict.convert(&pair[1], 1)[0])
+              << encoding << testing::PrintToString(pair);
+        }
+      }
+  }
+}
+
 TEST(Encodings, AreRefusedByNameWithoutBeingTakenForAnInvalidCharacter) {
   using namespace std::string_literals;
   for (const auto& name :

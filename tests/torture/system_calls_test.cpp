@@ -171,6 +171,23 @@ TEST_F(SystemCalls, FailWithoutDoingHarm) {
   EXPECT_GT(injected, 400U);
 }
 
+// Some regular files have nothing to read now and then: they are waited for, although they are opened so as not to
+// wait.
+TEST_F(SystemCalls, WaitForWhatARegularFileWillHave) {
+  const auto path = directory.file("plain", "content");
+  for (std::size_t way = 2; way < 5; ++way)
+    for (std::size_t n = 1; n < 8; ++n) {
+      fault = {};
+      const auto expected = read(ways[way], path);
+      fault = {n, EAGAIN, "nothing"};
+      const auto result = read(ways[way], path);
+      const std::string hit = std::exchange(fault, {}).hit;
+      if (hit == "read" || hit == "pread") {
+        EXPECT_EQ(result, expected) << way << ' ' << n;
+      }
+    }
+}
+
 TEST_F(SystemCalls, LeaveTheContentOfAPipeThatBreaks) {
   for (const auto& [error, expected] : {std::pair(EINTR, "content"), std::pair(EIO, "")})
     for (std::size_t n = 1; n <= 2; ++n) {

@@ -128,6 +128,17 @@ TEST(QARCodePageTransform, FindsALossWhereverItStands) {
       }
 }
 
+TEST(QARCodePageTransform, FindsLossesWhereTheOutputOfAStatefulEncodingIsFull) {
+  for (const std::string to : {"ISO-2022-KR", "ISO-2022-JP"})
+    for (std::size_t before = 16340; before < 16400; ++before) {
+      QARMetaData meta(false, "");
+      QARByteArray out;
+      Reporting("UTF-8", to).transform(QARByteArray(std::string(before, 'A') + "日éé"), out, meta);
+      const auto first = std::to_string(before + 3), second = std::to_string(before + 5);
+      ASSERT_EQ(meta.getUserData(), "0 2: " + first + "+2=U+00E9 " + second + "+2=U+00E9") << to << ' ' << before;
+    }
+}
+
 TEST(QARCodePageTransform, SubstitutesAsTheLocalTransformsDo) {
   const auto bytes = [](QARTransform& transform, const std::string& in) {
     const CapturedOutput output;

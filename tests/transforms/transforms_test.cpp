@@ -116,6 +116,22 @@ TEST_P(Transforms, AgreeWithTheTwoConvertersOneAfterTheOtherInEveryCodePage) {
   }
 }
 
+// A line that cannot be written is an error like any other.
+TEST_P(Transforms, LeaveTheOutputAloneIfTheLineCannotBeWritten) {
+  struct Full final : std::streambuf {
+  } full;
+  const ContentLocale locale("US-ASCII");
+  QARByteArray out(std::string("before"));
+  QARMetaData meta;
+  auto* const usual = std::cout.rdbuf(&full);
+  std::cout.exceptions(std::ios_base::badbit);
+  EXPECT_THROW(transform->transform(QARByteArray(std::string("\xFF")), out, meta), std::ios_base::failure);
+  std::cout.exceptions(std::ios_base::goodbit);
+  std::cout.clear();
+  std::cout.rdbuf(usual);
+  EXPECT_EQ(text(out), "before");
+}
+
 TEST_P(Transforms, HaveTheDefaultPolicies) {
   EXPECT_STREQ(transform->getId(), "");
   EXPECT_TRUE(transform->allowZeroLengthInputFiles() && !transform->allowZeroLengthOutputFiles());

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 #include <utility>
 
 #include <fcntl.h>
@@ -19,8 +20,8 @@ namespace Korvane::qardatainterfaces {
 namespace {
 
 constexpr std::uint64_t buffer_size = 64 * 1024;
-constexpr std::uint64_t least_growth = 4096;
-constexpr std::uint64_t most_at_once = 1U << 30;  // the kernel takes nearly twice as much
+constexpr std::uint64_t unknown_size = 16 * 1024;  // more than what the kernel gives at once of a file without a size
+constexpr std::uint64_t most_at_once = 1U << 30;   // the kernel takes nearly twice as much
 
 int open(const FilePath& path, FileKind kind) {
   try {
@@ -79,17 +80,28 @@ std::uint32_t InputFile::readOn(unsigned char* to, std::uint32_t size) noexcept 
 bool InputFile::hasBuffer() noexcept { return buffer_.capacity() >= buffer_size || buffer_.tryResize(buffer_size); }
 
 std::uint64_t InputFile::readOnce(unsigned char* to, std::uint64_t size) noexcept {
-  ssize_t result = 0;
-  do result = uninterrupted([=, this] { return ::read(handle_, to, size); });
-  while (result < 0 && errno == EAGAIN && waitForData());
+  const auto result = waiting([=, this] { return ::read(handle_, to, size); });
   if (result == 0) state_ = std::ios_base::eofbit | std::ios_base::failbit;
   if (result < 0) fail();
   return result > 0 ? static_cast<std::uint64_t>(result) : 0;
 }
 
-// A socket is that of another program too, which may have set it not to wait.
+template <class Call>
+ssize_t InputFile::waiting(Call call) noexcept {
+  auto result = uninterrupted(call);
+  while (result < 0 && errno == EAGAIN && waitForData()) result = uninterrupted(call);
+  return result;
+}
+
 bool InputFile::waitForData() const noexcept {
-  if (regular_) return false;
+  // Few regular files wait at all, those of /proc/kmsg's kind. They were opened so as not to wait for anything else.
+  if (regular_) {
+    const int flags = ::fcntl(handle_, F_GETFL);
+    if (flags >= 0 && (flags & O_NONBLOCK) != 0 && ::fcntl(handle_, F_SETFL, flags & ~O_NONBLOCK) == 0) return true;
+    errno = EAGAIN;
+    return false;
+  }
+  // A socket is that of another program too, which may have set it not to wait.
   pollfd waited{handle_, POLLIN, 0};
   const bool done = uninterrupted([&] { return ::poll(&waited, 1, -1); }) > 0;
   if (!done) errno = EAGAIN;
@@ -120,12 +132,31 @@ bool InputFile::askDeviceSize() noexcept {
   return true;
 }
 
+// With room for one byte more, the read that fetches the last byte of a file sees its end as well. Some of the files
+// that do not tell their size give what they have to the first read only.
+std::uint64_t InputFile::firstRoom() const noexcept {
+  if (!regular_) return size_;
+  return size_ > 0 ? size_ + 1 : unknown_size;
+}
+
+ByteBuffer InputFile::makeRoom() {
+  try {
+    return ByteBuffer(firstRoom());
+  } catch (const std::bad_alloc&) {
+    struct stat found {};
+    const bool shrank =
+        regular_ && ::fstat(handle_, &found) == 0 && static_cast<std::uint64_t>(found.st_size) < size_;
+    if (!shrank) throw;
+    size_ = static_cast<std::uint64_t>(found.st_size);
+    return ByteBuffer(firstRoom());
+  }
+}
+
 void InputFile::readFromStart(QARByteArray& content) {
-  // With room for one byte more, the read that fetches the last byte of a file sees its end as well.
-  ByteBuffer bytes(regular_ ? size_ + 1 : size_);
+  auto bytes = makeRoom();
   std::uint64_t count = 0;
   while (fillFromStart(bytes, count) && count == bytes.capacity() && regular_)
-    bytes.resize(std::max(2 * count, least_growth));  // it has grown, or is one of those that do not tell their size
+    bytes.resize(std::max(2 * count, unknown_size));  // it has grown, or does not tell its size
   if (good()) bytes.moveTo(content, count);
 }
 
@@ -134,7 +165,7 @@ bool InputFile::fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept 
   while (count < bytes.capacity()) {
     const auto wanted = std::min(bytes.capacity() - count, most_at_once);
     const auto result =
-        uninterrupted([&] { return ::pread(handle_, bytes.data() + count, wanted, static_cast<off_t>(count)); });
+        waiting([&] { return ::pread(handle_, bytes.data() + count, wanted, static_cast<off_t>(count)); });
     if (result < 0) return fail();
     if (result == 0) break;
     count += static_cast<std::uint64_t>(result);

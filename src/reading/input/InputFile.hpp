@@ -55,6 +55,9 @@ private:
   bool hasBuffer() noexcept;
   /// One read that delivers something, up to `size` bytes. 0: the state tells why.
   std::uint64_t readOnce(unsigned char* to, std::uint64_t size) noexcept;
+  /// The result of a call that reads, repeated as long as there is nothing to read yet.
+  template <class Call>
+  ssize_t waiting(Call call) noexcept;
   bool waitForData() const noexcept;
 
   /// The steps of `readWhole`. False: the file cannot be read, or not be sought in.
@@ -63,6 +66,10 @@ private:
   bool askDeviceSize() noexcept;
   bool fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept;
   /// @}
+  std::uint64_t firstRoom() const noexcept;
+  /// Sized by what the file was at opening, since to ask costs a call; by what it is now if there is no memory for
+  /// that.
+  ByteBuffer makeRoom();
   void readFromStart(QARByteArray& content);
   void readRest(QARByteArray& content);
   /// Sets the state by `errno`. Always false.
@@ -72,7 +79,7 @@ private:
   std::ios_base::iostate state_ = std::ios_base::goodbit;
   int error_ = 0;
   bool regular_ = false;
-  std::uint64_t size_ = 0;  // at opening; 0 also for a regular file that does not tell
+  std::uint64_t size_ = 0;  // when it was last asked; 0 also for a regular file that does not tell
   ByteBuffer buffer_;       // the look-ahead: [next_, filled_) has been read and not been delivered
   std::uint64_t next_ = 0;
   std::uint64_t filled_ = 0;

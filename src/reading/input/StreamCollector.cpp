@@ -8,8 +8,20 @@
 
 namespace Korvane::qardatainterfaces {
 
-std::uint64_t StreamCollector::read(unsigned char* to, std::uint64_t size) {
-  if (kept() == 0) return std::min(stream_.read(to, size), size);
+std::uint64_t StreamCollector::read(unsigned char* to, std::uint64_t size, bool& isLast) {
+  const auto count = kept() > 0 ? readKept(to, size) : std::min(stream_.read(to, size), size);
+  try {
+    isLast = exhausted();
+  } catch (...) {
+    std::vector<unsigned char>(to, to + count).swap(bytes_);
+    total_ = count;
+    taken_ = 0;
+    throw;
+  }
+  return count;
+}
+
+std::uint64_t StreamCollector::readKept(unsigned char* to, std::uint64_t size) noexcept {
   const auto count = std::min(kept(), size);
   std::copy_n(bytes_.data() + taken_, count, to);
   taken_ += count;

@@ -22,8 +22,9 @@ public:
   /// Whether there is nothing more to deliver.
   bool exhausted();
 
-  /// What a gathering that did not end has kept comes first. Places at most `size` bytes and returns how many.
-  std::uint64_t read(unsigned char* to, std::uint64_t size);
+  /// What a gathering that did not end has kept comes first. Places at most `size` bytes and returns how many; sets
+  /// `isLast` if there is nothing more. If the stream throws, no byte is skipped.
+  std::uint64_t read(unsigned char* to, std::uint64_t size, bool& isLast);
 
   /// Reads to the end of the stream, with one read at least, and makes `content` what it delivered, unless that is
   /// nothing. If the stream stalls or something throws, `content` stays as it is, and the bytes so far are kept for
@@ -33,6 +34,7 @@ public:
 private:
   std::uint64_t kept() const noexcept { return total_ - taken_; }
   void forget() noexcept;
+  std::uint64_t readKept(unsigned char* to, std::uint64_t size) noexcept;
   bool readToEnd();
 
   opc::InputStream& stream_;

@@ -184,7 +184,15 @@ std::size_t IcuConverter::malformed_length() const noexcept {
   auto length = static_cast<std::int8_t>(bytes.size());
   UErrorCode status = U_ZERO_ERROR;
   ucnv_getInvalidChars(converter_.get(), bytes.data(), &length, &status);
-  return U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0;
+  if (U_FAILURE(status)) return 0;
+  return takes_ascii(bytes.data(), length) ? 1 : static_cast<std::size_t>(length);
+}
+
+// ICU counts a byte that may follow a lead byte as a part of the sequence, also where the two are no character.
+bool IcuConverter::takes_ascii(const char* bytes, std::int32_t length) const noexcept {
+  const auto is_ascii = [](char byte) { return (byte & 0x80) == 0; };
+  return length == 2 && !is_ascii(bytes[0]) && is_ascii(bytes[1]) && type() == UCNV_MBCS &&
+         ucnv_getMinCharSize(converter_.get()) == 1;
 }
 
 // Called by ICU, which must not be left by an exception.
@@ -229,13 +237,17 @@ void U_CALLCONV IcuConverter::stop_encoding(const void* self, UConverterFromUnic
   converter->spell(arguments, converter->lacking(code), reason, status);
 }
 
-void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUnicodeArgs* arguments, const char*,
-                                               std::int32_t length, UConverterCallbackReason reason,
-                                               UErrorCode* status) {
+void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUnicodeArgs* arguments,
+                                               const char* bytes, std::int32_t length,
+                                               UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
   const char16_t replacement = 0xFFFD;
   *status = U_ZERO_ERROR;
+  if (reason == UCNV_UNASSIGNED && converter->takes_ascii(bytes, length)) {
+    --arguments->source;  // text of its own
+    length = 1;
+  }
   const auto unit = static_cast<std::size_t>(arguments->target - converter->output_);
   converter->record({unit, static_cast<std::uint32_t>(length), replacement}, status);
   ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);

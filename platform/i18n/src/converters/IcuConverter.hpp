@@ -95,6 +95,8 @@ private:
   bool spell(UConverterFromUnicodeArgs* arguments, UChar32 code, UConverterCallbackReason reason,
              UErrorCode* status) noexcept;
 
+  // Whether a malformed sequence consists of a lead byte and an ASCII character, which is not a part of it.
+  bool takes_ascii(const char* bytes, std::int32_t length) const noexcept;
   bool decodes_to(char byte, char16_t expected) noexcept;
   char16_t from_icu(char16_t unit) const noexcept;
   char16_t to_icu(char16_t unit) const noexcept;

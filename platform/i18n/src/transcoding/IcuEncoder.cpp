@@ -54,7 +54,7 @@ char* IcuEncoder::write(char* to, char* limit, bool last) {
   is_done_ = icu_->encode(c, c.left(), last);
   next_ = c.from;
   note_substitutions();
-  if (icu_->encoding_pending() == 0) open_.clear();
+  if (is_done_ && icu_->encoding_pending() == 0) open_.clear();
   return c.to;
 }
 
