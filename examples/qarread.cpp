@@ -5,11 +5,11 @@
 #include "Output.hpp"
 #include "Progress.hpp"
 #include "Source.hpp"
+#include "contentLocale.hpp"
 #include "printable.hpp"
 #include "reason.hpp"
 #include "walk.hpp"
 
-#include <ku/i18n/ZrLocale.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
 #include <qardatainterfaces/QARData.hpp>
@@ -85,7 +85,7 @@ Session::Session(const Options& options)
       // Not between lines of content on the same terminal.
       progress_(options.recursive && ::isatty(STDERR_FILENO) &&
                 (options.mode == Mode::catalogue || !::isatty(STDOUT_FILENO))) {
-  if (options.locale) ku::i18n::ZrLocale::global(ku::i18n::ZrLocale(*options.locale));
+  if (options.locale) setContentLocale(*options.locale);
   for (const auto& [transform, extensions] : options.registrations) {
     if (transform == CodePage::toUtf8)
       factory_.addFileTypeHandler(extensions, new Named<di::LCPToUTF8Transform>("lcp-to-utf8"));

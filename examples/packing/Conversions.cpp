@@ -1,10 +1,10 @@
 #include "Conversions.hpp"
 
 #include "../UsageError.hpp"
+#include "../contentLocale.hpp"
 #include "../extensions.hpp"
 #include "Converting.hpp"
 
-#include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
 
 namespace packing {
@@ -23,15 +23,6 @@ std::string cutField(std::string& text, const std::string& option) {
   return field;
 }
 
-void setLocale(const std::string& name) {
-  ku::i18n::ZrLocale::global(ku::i18n::ZrLocale(name));
-  try {
-    const ku::i18n::codecvt_string_to_ustring localCodePage("", false);
-  } catch (const ku::i18n::CvtExceptionBase&) {
-    throw qarread::UsageError("the code page of the locale '" + name + "' is unknown");
-  }
-}
-
 }  // namespace
 
 Conversions::Conversions(CLI::App& app, Direction direction) : direction_(direction) {
@@ -48,7 +39,7 @@ Conversions::Conversions(CLI::App& app, Direction direction) : direction_(direct
 }
 
 void Conversions::apply(di::QARFileReaderFactory& factory) const {
-  if (!locale_.empty()) setLocale(locale_);
+  if (!locale_.empty()) qarread::setContentLocale(locale_);
   const auto on_loss = strict_ ? OnLoss::fail : OnLoss::substitute;
   const bool decodes = direction_ == Direction::toUtf8;
   for (const auto& list : extensions_)
