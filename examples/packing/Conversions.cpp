@@ -42,10 +42,11 @@ void Conversions::apply(di::QARFileReaderFactory& factory) const {
   if (!locale_.empty()) qarread::setContentLocale(locale_);
   const auto on_loss = strict_ ? OnLoss::fail : OnLoss::substitute;
   const bool decodes = direction_ == Direction::toUtf8;
-  for (const auto& list : extensions_)
-    factory.addFileTypeHandler(qarread::parseExtensions(list),
-                               new Converting(decodes ? "lcp-to-utf8" : "utf8-to-lcp", decodes ? "" : "UTF-8",
-                                              decodes ? "UTF-8" : "", on_loss));
+  for (const auto& list : extensions_) {
+    const auto extensions = qarread::parseExtensions(list);  // which may throw
+    factory.addFileTypeHandler(extensions, new Converting(decodes ? "lcp-to-utf8" : "utf8-to-lcp",
+                                                          decodes ? "" : "UTF-8", decodes ? "UTF-8" : "", on_loss));
+  }
   for (const auto& option : transcodings_) {
     auto list = option;
     const auto from = cutField(list, option), to = cutField(list, option);
