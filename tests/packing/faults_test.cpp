@@ -1,5 +1,7 @@
 // Files that change or fail while they are packed: the program stands in front of `read` of the C library.
 
+#undef _FORTIFY_SOURCE  // fortified headers define the function themselves
+
 #include "packDirectory.hpp"
 #include "support/TemporaryDirectory.hpp"
 
