@@ -9,7 +9,9 @@ namespace Korvane::qardatainterfaces {
 
 constexpr auto refused = "(failed)";
 
-inline std::string text(const QARByteArray& array) { return {array.begin(), array.end()}; }
+inline std::string text(const QARByteArray& array) {
+  return {reinterpret_cast<const char*>(array.begin()), array.size()};
+}
 
 /// Text in which each place tells where it is.
 inline std::string pattern(std::size_t size) {
