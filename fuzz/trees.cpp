@@ -92,7 +92,7 @@ public:
   enum class Kind { directory, file, fifo, link, nothing };
 
   void make(Kind kind, const std::string& path, const std::string& content) {
-    if (const bool is_made = make_entry(kind, path.c_str(), content)) made_.push_back(path);
+    if (make_entry(kind, path.c_str(), content)) made_.push_back(path);
   }
 
 private:
