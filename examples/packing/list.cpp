@@ -2,7 +2,7 @@
 
 #include "../Output.hpp"
 #include "../printable.hpp"
-#include "deliver.hpp"
+#include "deliverEntry.hpp"
 #include "limitOptions.hpp"
 #include "readArchive.hpp"
 #include "runProgram.hpp"
@@ -32,7 +32,7 @@ public:
   void file(const std::string& name, bool executable, Korvane::qardatainterfaces::QARFileReader& reader) override {
     std::uint64_t total = 0;
     Korvane::qardatainterfaces::QARMetaData meta;
-    deliver(reader, name, meta, [&](const void*, std::size_t size) { total += size; });
+    deliverEntry(reader, name, meta, [&](const void*, std::size_t size) { total += size; });
     rows_.push_back({executable ? "program" : "file", std::to_string(total), name, ""});
   }
   void link(const std::string& name, const std::string& target) override {

@@ -1,10 +1,11 @@
 #include "packDirectory.hpp"
 
+#include "../deliver.hpp"
 #include "../walk.hpp"
 #include "ArchiveWriter.hpp"
 #include "Descriptor.hpp"
 #include "Interruption.hpp"
-#include "deliver.hpp"
+#include "deliverEntry.hpp"
 #include "entryNames.hpp"
 
 #include <qardatainterfaces/QARPath.hpp>
@@ -108,7 +109,7 @@ Fingerprint Packing::packAsItIs(const std::string& name, const struct stat& stat
                                 di::QARMetaData& meta) {
   auto left = static_cast<std::uint64_t>(status.st_size);
   writer_.beginFile(name, isExecutable(status), left);
-  deliver(reader, name, meta, [&](const void* bytes, std::size_t size) {
+  deliverEntry(reader, name, meta, [&](const void* bytes, std::size_t size) {
     checkInterruption();
     if (size > left) throw std::runtime_error(name + ": has grown while it was packed");
     left -= size;
@@ -122,8 +123,8 @@ Fingerprint Packing::packAsItIs(const std::string& name, const struct stat& stat
 Fingerprint Packing::packConverted(const std::string& name, const struct stat& status, di::QARFileReader& reader,
                                    di::QARMetaData& meta) {
   const auto& content = reader.readAll(meta);
-  checkRead(reader, name, meta);
-  if (const auto loss = lossOf(reader, meta); !loss.empty()) remark_(name, loss);
+  checkEntry(reader, name, meta);
+  if (const auto loss = qarread::lossOf(reader, meta); !loss.empty()) remark_(name, loss);
   writer_.beginFile(name, isExecutable(status), content.size());
   writer_.write(content.begin(), content.size());
   return writer_.endFile();
