@@ -25,11 +25,11 @@ find src include platform -name '*.[ch]pp' | LC_ALL=C sort | awk '
     allow("transcoding/kernels", "")
     allow("platform", "")   # the public headers of the stand-ins
     allow("resources", "platform")
-    allow("tools", "platform")
+    allow("codepages", "platform")
   }
   function part_of(path) {
     if (path ~ /^platform\/[a-z0-9]+\/include\//) return "platform"
-    if (path ~ /^platform\/[a-z0-9]+\/(tools|codepages)\//) return "tools"
+    if (path ~ /^platform\/[a-z0-9]+\/codepages\//) return "codepages"
     sub(/^platform\/resources\/src\//, "src/resources/", path)
     sub(/^platform\/[a-z0-9]+\/src\//, "src/", path)
     sub(/^src\//, "", path)

@@ -26,7 +26,7 @@ printf '%s\n' "$work"/header-*.cpp | xargs --max-procs=2 --max-args=1 \
 # shellcheck disable=SC2046,SC2086
 "$cxx" -std=c++17 -fvisibility=hidden -fvisibility-inlines-hidden $warnings -o "$work/by-pkgconf" \
   "$library/examples/readme_example.cpp" $(pkgconf --cflags --libs zrqardatainterfaces) -Wl,-rpath,"$libdir"
-"$library/tests/readme_test.sh" "$library/README.md" "$library/examples/readme_example.cpp" "$work/by-pkgconf"
+"$library/tests/clients/readme_test.sh" "$library/README.md" "$library/examples/readme_example.cpp" "$work/by-pkgconf"
 
 cmake -S "$here" -B "$work/by-cmake" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$warnings" \
   -DCMAKE_PREFIX_PATH="$(pkgconf --variable=prefix zrqardatainterfaces);$libdir/cmake" >"$work/cmake.log"

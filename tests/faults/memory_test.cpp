@@ -170,7 +170,7 @@ struct Operation {
   std::function<void(World&)> prepare = {};
 };
 
-void torture(const Operation& operation, bool lasting) {
+void fail_each_allocation(const Operation& operation, bool lasting) {
   const auto make = [&] {
     auto world = std::make_unique<World>(operation.locale);
     if (operation.prepare) operation.prepare(*world);
@@ -197,9 +197,9 @@ void torture(const Operation& operation, bool lasting) {
   }
 }
 
-void torture(const std::vector<Operation>& operations) {
+void fail_each_allocation(const std::vector<Operation>& operations) {
   for (const auto& operation : operations)
-    for (const bool lasting : {false, true}) torture(operation, lasting);
+    for (const bool lasting : {false, true}) fail_each_allocation(operation, lasting);
 }
 
 TEST(OutOfMemory, LeavesValuesAndContainersAsTheyWere) {
@@ -243,7 +243,7 @@ TEST(OutOfMemory, LeavesValuesAndContainersAsTheyWere) {
       {"entry anew", [&](World& w) { w.data.addFileMapEntry(u"a" + long_name, u"1" + long_name, false); }},
       {"entry replaced", [&](World& w) { w.data.replaceFileMapEntry(replaced, long_name, long_name); }}};
   for (const auto set : set_key) operations.push_back({"key", [&, set](World& w) { (w.context.*set)(bytes); }});
-  torture(operations);
+  fail_each_allocation(operations);
 }
 
 TEST(OutOfMemory, IsNeverTakenForAnythingElseByThePlatform) {
@@ -282,7 +282,7 @@ TEST(OutOfMemory, IsNeverTakenForAnythingElseByThePlatform) {
     operations.push_back({"message", message, language});
     operations.push_back({"raised", raised, language});
   }
-  torture(operations);
+  fail_each_allocation(operations);
 }
 
 TEST(OutOfMemory, LeavesTheOutputOfATransformAsItWas) {
@@ -295,7 +295,7 @@ TEST(OutOfMemory, LeavesTheOutputOfATransformAsItWas) {
       operations.push_back({"to UTF-8", decode, "C." + encoding, conversion_failed});
       operations.push_back({"from UTF-8", encode, "C." + encoding, conversion_failed});
     }
-  torture(operations);
+  fail_each_allocation(operations);
 }
 
 // A path that cannot be opened is refused by its name, if there is memory for that.
@@ -343,7 +343,7 @@ TEST(OutOfMemory, LosesNothingOfWhatIsRead) {
       operations.push_back({"whole", [](World& w) { w.reader->readAll(); }, "C", "", prepare});
       operations.push_back({"whole, metadata", [](World& w) { w.reader->readAll(w.meta); }, "C", "", prepare});
     }
-  torture(operations);
+  fail_each_allocation(operations);
 }
 
 // Last of all tests.

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The example in the README is the program that is compiled, and does what it says:
-# tests/readme_test.sh README SOURCE PROGRAM
+# readme_test.sh README SOURCE PROGRAM
 set -euo pipefail
 program=$(realpath "$3")
 # shellcheck disable=SC2016  # the quotes are those of the README
