@@ -17,7 +17,7 @@ using Korvane::qardatainterfaces::QARPath;
 using nlohmann::json;
 
 constexpr unsigned format = 1;
-constexpr int deepest = 4;  // the digits of a text that is no UTF-8
+constexpr int deepest = 4;  // the nesting of a text that is not UTF-8, which is an object
 
 bool isUtf8(const std::string& text) try {
   if (std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; })) return true;
@@ -27,7 +27,7 @@ bool isUtf8(const std::string& text) try {
   return false;
 }
 
-/// JSON text is UTF-8. Bytes that are not go as {"hex": "FF00"}.
+/// JSON text is UTF-8. Other bytes become an object: {"hex": "FF00"}.
 json fromText(std::string text) {
   if (isUtf8(text)) return text;
   std::string digits(2 * text.size(), '0');
@@ -52,7 +52,7 @@ std::string toText(const json& value) {
 json fromName(const std::u16string& name) { return fromText(QARPath::toNative(name)); }
 std::u16string toName(const json& value) { return QARPath::fromNative(toText(value)); }
 
-/// Unlike `get`, these convert nothing: another type is an error.
+/// Unlike `get`, these functions convert nothing: a value of another type is an error.
 bool toFlag(const json& value) { return value.get_ref<const json::boolean_t&>(); }
 std::uint64_t toNumber(const json& value) { return value.get_ref<const json::number_unsigned_t&>(); }
 const json::array_t& toList(const json& value) { return value.get_ref<const json::array_t&>(); }
@@ -66,7 +66,7 @@ json parse(const std::string& text) {
 
 }  // namespace
 
-// Values go in one by one: in an initialiser list they would be copied.
+// Values are added one by one, since an initialiser list would copy them.
 std::string Description::toJson() {
   json all;
   all["format"] = format;
