@@ -3,19 +3,31 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string>
+#include <string_view>
 
 /// Takes apart what the fuzzer offers; of what is missing there is nothing, or zero.
 class Input {
 public:
   Input(const std::uint8_t* data, std::size_t size) : bytes_(reinterpret_cast<const char*>(data), size) {}
 
-  bool empty() const { return at_ == bytes_.size(); }
-  unsigned number() { return empty() ? 0 : static_cast<unsigned char>(bytes_[at_++]); }
+  bool empty() const { return bytes_.empty(); }
+  unsigned number() {
+    if (empty()) return 0;
+    const auto byte = static_cast<unsigned char>(bytes_.front());
+    bytes_.remove_prefix(1);
+    return byte;
+  }
+  /// One of an array.
+  template <class List>
+  const auto& one_of(const List& list) {
+    return list[number() % std::size(list)];
+  }
   std::string text(std::size_t most = ~0UL) {
-    const auto part = bytes_.substr(at_, most);
-    at_ += part.size();
-    return part;
+    const auto part = bytes_.substr(0, most);
+    bytes_.remove_prefix(part.size());
+    return std::string(part);
   }
   std::u16string name(std::size_t most) {
     std::u16string result;
@@ -28,11 +40,12 @@ public:
   }
 
 private:
-  std::string bytes_;
-  std::size_t at_ = 0;
+  std::string_view bytes_;
 };
 
-/// Ends the program, for the fuzzer to see.
-inline void require(bool right) {
-  if (!right) __builtin_trap();
+/// Ends the program, for the fuzzer to see, and tells where.
+inline void require(bool right, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+  if (right) return;
+  std::fprintf(stderr, "%s:%d: not as required\n", file, line);
+  __builtin_trap();
 }

@@ -1,43 +1,58 @@
-// A tree of files, links and directories, as the factory sees it and as the standard library does.
+// Files, links and directories of any name, as the factory sees them and as the system does.
 
 #include "input.hpp"
 #include "support/ScriptedTransform.hpp"
 
 #include <ku/i18n/codecvt.hpp>
-#include <ku/i18n/to_string.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 #include <qardatainterfaces/QARPath.hpp>
 
+#include <array>
+#include <cerrno>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Korvane::qardatainterfaces;
-namespace fs = std::filesystem;
 
 namespace {
 
-// The content, or why there is none. Nothing for what is no part of the tree, and might never end.
+constexpr auto no_status = "no status";
+constexpr auto open_failed = "QARDATAINTERFACES_FILE_OPEN_FAILED";
+
+/// The content, or why there is none. Nothing for what might never end.
 std::string expected(const std::u16string& path, bool runtime, const std::u16string& registered) try {
-  const std::u16string name = path.c_str();
-  const fs::path native = QARPath::toNative(name);
-  std::error_code error;
-  const auto status = runtime ? fs::status(native, error) : fs::symlink_status(native, error);
-  if (fs::is_other(status)) return "";
-  if (runtime && !fs::is_regular_file(status)) return "QARDATAINTERFACES_FILE_OPEN_FAILED";
-  if (fs::is_symlink(status)) return "content " + fs::read_symlink(native).native();
-  if (fs::is_directory(status)) return "QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED";
-  if (status.type() == fs::file_type::not_found) return "QARDATAINTERFACES_FILE_NOT_EXIST";
-  if (status.type() == fs::file_type::none) return "no status";
-  std::ifstream file(native);
-  const std::string content(std::istreambuf_iterator<char>(file), {});
+  std::u16string name = path.c_str();
+  if (name.compare(0, 3, u"//:") == 0) name.erase(0, 3);
+  const auto native = QARPath::toNative(name);
+  struct stat found {};
+  if ((runtime ? ::stat(native.c_str(), &found) : ::lstat(native.c_str(), &found)) != 0) {
+    if (runtime) return open_failed;
+    return errno == ENOENT || errno == ENOTDIR ? "QARDATAINTERFACES_FILE_NOT_EXIST" : no_status;
+  }
+  std::array<char, 4096> bytes;
+  if (S_ISLNK(found.st_mode)) {
+    const auto size = ::readlink(native.c_str(), bytes.data(), bytes.size());
+    return "content " + std::string(bytes.data(), static_cast<std::size_t>(size));
+  }
+  if (!S_ISREG(found.st_mode)) {
+    if (runtime) return S_ISDIR(found.st_mode) ? open_failed : "";
+    return "QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED";
+  }
+  const int handle = ::open(native.c_str(), O_RDONLY | O_CLOEXEC);
+  const auto size = ::read(handle, bytes.data(), bytes.size());
+  ::close(handle);
+  const std::string content(bytes.data(), static_cast<std::size_t>(size));
   if (name.substr(name.find_last_of(u"./")) != registered) return "content " + content;
-  if (content.empty()) return "error -1004";
-  return "content " + (path.substr(path.size() - 3) == u"qvz" ? ku::i18n::to_string(path) : content) + "!";
+  if (content.empty()) return "error " + std::to_string(QARFileReader::zero_length);
+  if (path.substr(path.size() - 3) != u"qvz") return "content " + content + "!";
+  return "content " + ku::i18n::codecvt_ustring_to_string("UTF-8", true).convert(path.data(), path.size()) + "!";
 } catch (const ku::i18n::CvtExceptionBase&) {  // of a name that cannot be
-  return runtime ? "QARDATAINTERFACES_FILE_OPEN_FAILED" : "no status";
+  return runtime ? open_failed : no_status;
 }
 
 std::string found(QARFileReaderFactory& factory, const std::u16string& path, bool runtime) try {
@@ -54,40 +69,91 @@ std::string found(QARFileReaderFactory& factory, const std::u16string& path, boo
 } catch (const Korvane::rtxi18nutil::DeployedException& e) {
   return e.identifier();
 } catch (const std::runtime_error&) {
-  return "no status";
+  return no_status;
 }
+
+/// What one input has made below a directory, which stands as long as the program.
+class Tree {
+public:
+  Tree() { std::filesystem::create_directory(root()); }
+  ~Tree() {
+    for (; !made_.empty(); made_.pop_back())
+      if (::unlink(made_.back().c_str()) != 0) ::rmdir(made_.back().c_str());
+  }
+  Tree(const Tree&) = delete;
+  Tree& operator=(const Tree&) = delete;
+
+  static const std::string& root() {
+    static const std::string path =
+        (std::filesystem::temp_directory_path() / ("zrqar." + std::to_string(::getpid()))).native() + "/";
+    return path;
+  }
+
+  enum class Kind { directory, file, fifo, link, nothing };
+
+  void make(Kind kind, const std::string& path, const std::string& content) {
+    if (const bool is_made = make_entry(kind, path.c_str(), content)) made_.push_back(path);
+  }
+
+private:
+  static bool make_entry(Kind kind, const char* path, const std::string& content) {
+    switch (kind) {
+      case Kind::directory: return ::mkdir(path, 0755) == 0;
+      case Kind::fifo: return ::mkfifo(path, 0644) == 0;
+      case Kind::link: return ::symlink(content.c_str(), path) == 0;
+      case Kind::nothing: return false;
+      case Kind::file: break;
+    }
+    const int handle = ::open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    if (handle < 0) return false;
+    require(::write(handle, content.data(), content.size()) == static_cast<ssize_t>(content.size()));
+    ::close(handle);
+    return true;
+  }
+
+  std::vector<std::string> made_;
+};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const auto tree = fs::temp_directory_path() / ("zrqar_trees." + std::to_string(::getpid())) / "";
-  fs::create_directory(tree);
+  using Kind = Tree::Kind;
+  static constexpr Kind kinds[] = {Kind::directory, Kind::file, Kind::fifo, Kind::link, Kind::nothing};
+  static const std::u16string before[] = {u"", u"//:", u"//"}, behind[] = {u"", u"/", u".", {u"\0.qvz", 5}};
+  static const auto root = QARPath::fromNative(Tree::root());
+  struct Asked {
+    std::u16string path;
+    bool runtime;
+  };
   Input input(data, size);
-  std::vector<std::u16string> paths{tree.u16string()};
-  // Nothing is made outside of the tree: no name leads up, and links come last, not through each other.
-  for (unsigned kind = 0; !input.empty();) {
-    kind = std::max(kind, input.number() % 4);
-    const auto name = input.name(255);
-    const auto content = input.text(input.number());
-    paths.push_back(paths[0] + name);
-    if (name.find(u"..") != name.npos) continue;
-    std::error_code ignored;
-    const auto path = tree.native() + ku::i18n::to_string(name.c_str());
-    if (kind == 0) fs::create_directory(path, ignored);
-    if (kind == 1) std::ofstream(path) << content;
-    if (kind == 2 && name.find(u'/') == name.npos) fs::create_symlink(content.c_str(), path, ignored);
+  Tree tree;
+  std::vector<Asked> asked;
+  std::u16string registered;
+  // Links come last, not through each other, and neither they nor names lead out of the tree.
+  for (auto kind = Kind::directory; !input.empty() && asked.size() < 6;) {
+    kind = std::max(kind, input.one_of(kinds));
+    const auto& start = input.one_of(before);
+    const auto& end = input.one_of(behind);
+    const bool runtime = input.number() % 2 == 1;
+    if (kind == Kind::nothing) {
+      asked.push_back({start + root + input.name(255) + end, runtime});
+      continue;
+    }
+    const std::string name(input.text(input.number())), content(input.text(input.number()));
+    const auto& leading = kind == Kind::link ? content : name;
+    if (leading.find("..") != leading.npos || (kind == Kind::link && (name + content[0]).find('/') != name.npos)) break;
+    const auto native = Tree::root() + name.c_str();
+    tree.make(kind, native, content);
+    asked.push_back({start + QARPath::fromNative(native) + end, runtime});
+    if (const auto dot = name.rfind('.'); dot != name.npos) registered = QARPath::fromNative(name.substr(dot)).c_str();
   }
-  const auto& one = paths[size % paths.size()];
-  const auto registered = one.substr(one.rfind(u'.'));
   QARFileReaderFactory factory;
   factory.addFileTypeHandler(
       {u"", registered},
       new ScriptedTransform([](auto& in, auto& out, auto&) { return out = QARByteArray(text(in) + "!"), true; },
                             false));
-  for (const auto& path : paths)
-    for (const bool runtime : {false, true})
-      if (const auto result = expected(path, runtime, registered); !result.empty())
-        require(found(factory, path, runtime) == result);
-  fs::remove_all(tree);
+  for (const auto& [path, runtime] : asked)
+    if (const auto result = expected(path, runtime, registered); !result.empty())
+      require(found(factory, path, runtime) == result);
   return 0;
 }

@@ -1,7 +1,7 @@
 // Makes an archive of a directory: `pack --help`.
 
+#include "../Conversions.hpp"
 #include "../UsageError.hpp"
-#include "Conversions.hpp"
 #include "packDirectory.hpp"
 #include "runProgram.hpp"
 
@@ -42,7 +42,7 @@ public:
   explicit Pack(CLI::App& app) {
     app.add_option("DIRECTORY", directory_)->required();
     app.add_option("ARCHIVE", archive_, "A name that ends with .tar, .tar.gz or .tar.zst")->required();
-    conversions_.emplace(app, Conversions::Direction::toUtf8);
+    conversions_.emplace(app, qarread::Conversions::Direction::toUtf8);
     app.add_flag("--demo", options_.demo, "Set the demo flag of every entry");
     app.add_option("--macro", macros_, "Define a root macro")->type_name("NAME=VALUE")->allow_extra_args(false);
     app.footer("Every entry has the time that SOURCE_DATE_EPOCH tells, or 1970.");
@@ -60,7 +60,7 @@ public:
 
 private:
   std::string directory_, archive_;
-  std::optional<Conversions> conversions_;
+  std::optional<qarread::Conversions> conversions_;
   std::vector<std::string> macros_;
   PackOptions options_;
 };

@@ -9,19 +9,19 @@ namespace Korvane::rtxi18nutil {
 
 /// The one exception type that the library raises for failures of its own.
 ///
-/// Its text comes from the message catalogue, in the language of `ku::i18n::ZrLocale::global()` at the moment it
-/// was built and in the process code; a later change of the locale does not change it.
+/// The text comes from the message catalogue and is encoded in the process code. Its language is that of
+/// `ku::i18n::ZrLocale::global()` at construction; a later change of the locale has no effect on it.
 ///
-/// Reason   An exception that says that a file is not there or cannot be opened is nested around the
-///          `std::system_error` that says why: `std::rethrow_if_nested` throws it.
-/// Errors   Nothing here throws. Whatever fails while the text is made, memory included, the text is then the
+/// Reason   If a file does not exist or cannot be opened, the exception has a nested `std::system_error` with the
+///          system's error code: `std::rethrow_if_nested` throws it.
+/// Errors   No member throws. If the text cannot be made, for example because memory runs out, the text is the
 ///          name of the message id.
 /// Threads  Immutable; may be used by several threads.
 class [[gnu::visibility("default")]] DeployedException : public std::exception {
 public:
-  /// The id is not referred to afterwards, its name is.
+  /// Makes the text now. Keeps a reference to the name of `id`, which lives as long as the program, not to `id`.
   explicit DeployedException(const tavik_core::BaseMsgID& id) noexcept;
-  /// Copies have the same texts; without memory for them, the name.
+  /// A copy has the same text, or the name of the message id if there is no memory for the text.
   /// @{
   DeployedException(const DeployedException& other) noexcept;
   DeployedException& operator=(const DeployedException& other) noexcept;

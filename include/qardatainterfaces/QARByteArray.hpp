@@ -12,32 +12,32 @@ namespace Korvane::qardatainterfaces {
 ///            array is assigned to or destroyed.
 /// State      Having no storage (default constructed) differs from having storage of zero bytes (every other
 ///            construction and every assignment from an array of size 0).
-/// Errors     Construction and assignment throw `std::bad_alloc`; an assignment that throws leaves its target as
-///            it was. Nothing else fails.
+/// Errors     Construction and assignment may throw `std::bad_alloc`; an assignment that throws leaves its target
+///            unchanged. No other member fails.
 /// Units      Sizes and positions are bytes in 64 bits.
 /// Threads    Distinct arrays are independent. One array may be read by several threads through its `const`
-///            members; `read` and assignment need it alone.
+///            members; `read` and assignment require that no other thread uses it.
 class [[gnu::visibility("default")]] QARByteArray {
 public:
   /// No storage, size 0, read position 0.
   QARByteArray();
-  /// A copy of the `size` bytes at `data`. Requires: `data` points to as many; it may be null if `size` is 0.
+  /// A copy of the `size` bytes at `data`. Requires: `data` points to `size` bytes; it may be null if `size` is 0.
   QARByteArray(const unsigned char* data, unsigned long size);
   /// A copy of the bytes of `text`, without a terminating zero.
   QARByteArray(const std::string& text);
-  /// A copy of the bytes of `other`; always with storage, the read position at 0.
+  /// A copy of the bytes of `other`. The copy always has storage; its read position is 0.
   QARByteArray(const QARByteArray& other);
   virtual ~QARByteArray();
 
-  /// Replaces the bytes by a copy of those of `other` and puts the read position back to 0.
+  /// Replaces the bytes with a copy of those of `other` and resets the read position to 0.
   /// Assigning an array to itself changes nothing, the read position included.
   QARByteArray& operator=(const QARByteArray& other);
 
-  /// Equal sizes, equal bytes, and both or neither with storage. Read positions play no part.
+  /// Whether sizes and bytes are equal, and both or neither have storage. Read positions are not compared.
   bool operator==(const QARByteArray& other) const;
 
-  /// Copies the next `count` bytes, or as many as are left, to `out`, moves the read position past them and
-  /// returns how many they were: 0 at the end. Requires: `out` has room for them; it may be null if there are none.
+  /// Copies the next `count` bytes, or as many as are left, to `out`. Moves the read position past them and returns
+  /// their number: 0 at the end. Requires: `out` has room for them; it may be null if there are none.
   unsigned long read(unsigned char* out, unsigned long count);
 
   /// The first byte; null without storage.

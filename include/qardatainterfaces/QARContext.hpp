@@ -6,22 +6,23 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// What belongs to an archive as a whole: a version text and five keys, stored and handed back unread.
+/// The data of an archive as a whole: a version text and five keys. They are stored and never interpreted.
 ///
-/// Ownership  The context holds copies. The references that the key getters return are to its own members and live
-///            as long as it.
-/// Keys       The bytes of a key are overwritten before their storage is released, when the key is set anew and
-///            when the context is assigned to or destroyed. Assigning to an array that a getter returned does not.
-/// Errors     Setters and copies throw `std::bad_alloc` and then change nothing.
-/// Threads    Distinct contexts are independent. One context serves one thread at a time: reading a key through its
-///            getter moves the read position of that key.
+/// Ownership  The context holds copies. The key getters return references to its own members, which are valid as
+///            long as the context.
+/// Keys       The old bytes of a key are overwritten before their storage is released: when a setter replaces the
+///            key, when the context is assigned to, and when it is destroyed. Assigning directly to an array that a
+///            getter returned does not overwrite them.
+/// Errors     Setters and copies may throw `std::bad_alloc`; they then change nothing.
+/// Threads    Distinct contexts are independent. One context may be used by one thread at a time, since reading a key
+///            through its getter moves the read position of that key.
 class [[gnu::visibility("default")]] QARContext {
 public:
   /// An empty version text and five keys without storage.
   QARContext();
   /// An independent copy; the read positions of its keys are 0.
   QARContext(const QARContext& other);
-  /// The same, in place of what was there.
+  /// Replaces everything with an independent copy; the read positions of the keys are 0.
   QARContext& operator=(const QARContext& other);
   virtual ~QARContext();
 
@@ -30,8 +31,8 @@ public:
   /// A copy of the text.
   std::string getVersionInfo() const;
 
-  /// Each setter copies all bytes, wherever the read position of its argument is, and puts the read position of the
-  /// key to 0; setting a key to itself changes nothing.
+  /// Each setter copies all bytes of its argument, regardless of the argument's read position, and resets the read
+  /// position of the key to 0. Setting a key to itself changes nothing.
   /// @{
   void setTarvoKey(const QARByteArray& key);
   void setCompilerKey(const QARByteArray& key);

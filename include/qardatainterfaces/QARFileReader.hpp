@@ -11,9 +11,9 @@ namespace Korvane::qardatainterfaces {
 
 class InputFile;
 
-/// The content of one file, in chunks of the caller's size or whole. Made by a `QARFileReaderFactory`.
+/// Reads the content of one file, in chunks of the caller's size or as a whole. Made by a `QARFileReaderFactory`.
 ///
-/// In chunks, right for every kind of reader:
+/// This loop reads in chunks and works for every kind of reader:
 ///
 ///     do {
 ///       const auto count = reader->read(buffer, sizeof buffer);
@@ -21,81 +21,89 @@ class InputFile;
 ///       take(buffer, count);
 ///     } while (reader->more());
 ///
-/// Whole: `reader->readAll()`, and then `reader->readSucceeded() && !reader->readError()` tells whether it is the
-/// content. Do not begin that once chunk reads have met the end: a plain reader reads no more then.
+/// To read the whole content, call `reader->readAll()`. It has succeeded if
+/// `reader->readSucceeded() && !reader->readError()`. Do not call it first after chunk reads have reached the end: a
+/// plain reader then reads nothing more.
 ///
-/// Ownership  The caller owns the reader. A reader on an `opc::InputStream` refers to the stream, a transforming
+/// Ownership  The caller owns the reader. A reader on an `opc::InputStream` refers to the stream, and a transforming
 ///            reader to a transform of its factory: both must outlive the reader.
-/// State      A file is open from construction to destruction. A failed read leaves the reader usable.
+/// State      The file is open from construction to destruction. The reader stays usable after a failed read.
 /// Errors     Opening throws `Korvane::rtxi18nutil::DeployedException`
-///            (`QARDATAINTERFACES_FILE_OPEN_FAILED`), nested around the `std::system_error` that says why. Reads
-///            report: a transform or a stream that fails by `lastError()`, a file that cannot be read by
-///            `readError()`. To a transform, a file that cannot be read is an empty one, so only `readError()` tells
-///            if it allows these. Reads throw what a caller's transform or stream throws, and `std::bad_alloc`; chunk
-///            reads then go on where they were.
+///            (`QARDATAINTERFACES_FILE_OPEN_FAILED`) with a nested `std::system_error` that has the reason. Reads do
+///            not throw failures of their own: `lastError()` reports a transform or a stream that failed, and
+///            `readError()` a file that could not be read. A transforming reader treats a file that it cannot read as
+///            empty. If the transform allows empty input, only `readError()` tells the difference. Reads throw what
+///            a caller's transform or stream throws, and `std::bad_alloc`; chunk reads then continue at the same
+///            position.
 /// Units      Chunks are at most 2^32 - 2 bytes; content and positions are bytes in 64 bits.
-/// Threads    Distinct readers are independent, on the same file too. One reader serves one thread at a time,
-///            `const` members included.
+/// Threads    Distinct readers are independent, even on the same file. One reader may be used by one thread at a
+///            time, `const` members included.
 class [[gnu::visibility("default")]] QARFileReader {
 public:
   /// What a chunk read returns when it fails.
   static constexpr unsigned int failed = 0xFFFFFFFF;
 
-  /// What `ready()` returns without an open file: a reader on a caller's stream has none.
+  /// `ready()`: the reader has no open file, as is always so on a caller's stream.
   static constexpr int not_open = -1000;
-  /// What `ready()` returns after a chunk read has met the end of the file, or any read that of a file that cannot be
-  /// sought in; or if the file could not be read.
+  /// `ready()`: the file could not be read; or a chunk read reached the end of the file; or any read reached the end
+  /// of a file that is not seekable.
   static constexpr int not_good = -1001;
-  /// `lastError()`: the transform failed, or gave empty content that it does not allow; or a caller's stream
-  /// delivered nothing 100 times in a row without being exhausted.
+  /// `lastError()`: the transform failed, or its output is empty and it does not allow that; or a caller's stream
+  /// stalled, which means that it delivered nothing 100 times in a row without being exhausted.
   static constexpr int transform_failed = -1003;
   /// `lastError()`: the input is empty and the transform does not allow that; or, for a path that ends with "qvz",
-  /// the transform failed without output.
+  /// the transform failed and left no output.
   static constexpr int zero_length = -1004;
 
-  /// For derived readers that read no file: no stream, empty content.
+  /// For derived readers that read no file: no open file, empty content.
   QARFileReader();
-  /// Opens the file at `path`, spelt as `QARPath` tells; a directory is no file. Whatever else can be opened is, a
-  /// FIFO included, which waits for its writer.
+  /// Opens the file at `path`, which has the form that `QARPath::fromNative` returns. Refuses a directory. Opening a
+  /// FIFO waits for a writer.
   explicit QARFileReader(const std::u16string& path);
   virtual ~QARFileReader();
   QARFileReader(const QARFileReader&) = delete;
   QARFileReader& operator=(const QARFileReader&) = delete;
 
   /// The identifier of the transform that the reader applies; "" if it applies none. Never null; valid as long as
-  /// the transform, or always.
+  /// the transform, or as long as the program if there is none.
   virtual const char* getTransformId() = 0;
 
-  /// Places at most `size` bytes of the content at `buffer` and returns how many.
+  /// Copies at most `size` bytes of the content to `buffer` and returns how many.
   ///
-  /// A plain reader of a file returns fewer than `size` only at the end; it notices the end, and turns `more()`
-  /// false, with the read that tries to go past it. On a stream it returns what one read of the stream gives, which
-  /// may be nothing before the end. A transforming reader runs its transform with the first read, before which
-  /// `more()` is false, and turns `more()` false with the read that delivers the last byte. A symbolic-link reader
-  /// delivers the start of the target each time and never has more.
+  /// A plain reader of a file returns fewer than `size` bytes only at the end. `more()` becomes false with the read
+  /// that tries to go past the end. On a stream, a plain reader returns the result of one read of the stream, which
+  /// may be nothing before the end.
   ///
-  /// Returns `failed` if a plain reader's file cannot be read, or if the transform fails; the bytes at `buffer` are
-  /// then unspecified. Stop on it: `more()` need not turn false. A transforming reader whose file cannot be read goes
-  /// on with what it has, as a rule nothing, and a symbolic-link reader with the target that it read last: ask
-  /// `readError()`.
+  /// A transforming reader runs its transform in the first read. `more()` is false before that read and becomes false
+  /// again with the read that delivers the last byte.
+  ///
+  /// A symbolic-link reader delivers the start of the target each time; its `more()` is always false.
+  ///
+  /// Returns `failed` if a plain reader's file cannot be read, or if the transform fails. The bytes at `buffer` are
+  /// then unspecified, and `more()` may stay true: stop reading. A transforming reader whose file cannot be read
+  /// does not fail here: it continues with the content it has, usually none. A symbolic-link reader that cannot read
+  /// the link continues with the last target that it read. Check `readError()` in both cases.
   /// Requires: `buffer` has room for `size` bytes; it may be null if `size` is 0.
   virtual unsigned int read(void* buffer, unsigned int size) = 0;
-  /// The same; a transforming reader has its transform fill `meta` with the read that runs it. Others leave it.
+  /// The same. The read that runs the transform of a transforming reader passes `meta` to it. Other readers do not
+  /// use `meta`.
   virtual unsigned int read(void* buffer, unsigned int size, QARMetaData& meta);
 
-  /// The whole content. Chunk reads afterwards go on where they were, in the file as it is then.
+  /// The whole content. Chunk reads after it continue at their position, in the file as it is then.
   ///
-  /// A plain reader reads a file anew from its start each time, as long as `ready()` is 0: once a chunk read has met
-  /// the end, what was read whole before stays. A file that cannot be sought in, such as a pipe, is read to its end
-  /// from where it stands, and then has met it. Of a caller's stream, the first call that finds anything gathers what
-  /// chunk reads have left. If the file cannot be read or the stream stands still, the content stays what it was.
+  /// A plain reader reads the file again from its start at each call, as long as `ready()` is 0. Once a chunk read
+  /// has reached the end, calls return the content of the last whole read. A file that is not seekable, such as a
+  /// pipe, is read from its current position to its end; `ready()` then is `not_good`. On a caller's stream, the
+  /// first call that finds any data reads what chunk reads have left; later calls return the same content. If the
+  /// file cannot be read or the stream stalls, the content is unchanged.
   ///
-  /// A transforming reader returns what its transform made of the whole, also after chunk reads; after a failure,
-  /// whatever the transform left. `readAll()` on a stream gathers and transforms anew each time.
+  /// A transforming reader returns the output of its transform for the whole content, even after chunk reads; after a
+  /// failure, whatever the transform left. On a stream, each `readAll()` gathers what is left of the stream and, if
+  /// that is not empty, runs the transform on it.
   ///
-  /// The array belongs to the reader and changes with a later read of the whole.
+  /// The array belongs to the reader; a later whole read changes it.
   virtual QARByteArray& readAll();
-  /// The same; a transforming reader runs its transform only if none has succeeded yet, and has it fill `meta`.
+  /// The same. A transforming reader passes `meta` to its transform, and runs it only if it has not yet succeeded.
   virtual QARByteArray& readAll(QARMetaData & meta);
 
   /// Whether a chunk read may still deliver data.
@@ -106,11 +114,12 @@ public:
   /// Whether `lastError()` is 0.
   virtual bool readSucceeded();
 
-  /// 0 if the file can be read on, else `not_open` or `not_good`. A symbolic-link reader is always ready.
+  /// 0 if the file is open and can be read further, else `not_open` or `not_good`. Always 0 for a symbolic-link
+  /// reader.
   virtual int ready();
 
-  /// Why the file could not be read on, or the link not be read at the last attempt: the system's code, in
-  /// `std::system_category()`. Empty if it could, which includes that its end was met, and for a reader on a stream.
+  /// Why the file could not be read, or why the last attempt to read the link failed: the system's error code, in
+  /// `std::system_category()`. Empty if there was no error, at the end of the file, and for a reader on a stream.
   std::error_code readError() const noexcept;
 
 protected:
@@ -119,7 +128,7 @@ protected:
 
   /// The path as given; empty without one.
   std::u16string path_;
-  /// The open file, if the reader has one. Its type is the library's own.
+  /// The open file, if the reader has one. Its type is internal to the library.
   std::unique_ptr<InputFile> file_;
   /// What `readAll` returns.
   QARByteArray content_;

@@ -17,21 +17,20 @@ namespace Korvane::qardatainterfaces {
 
 class QARFileHandler;
 
-/// Picks the reader for each path, and the transform that goes with it.
+/// Chooses a reader and a transform for each path.
 ///
-/// Names      Paths are UTF-16, taken as they are up to the first zero unit; `QARPath` makes one of any name that the
-///            system has. A mark "//:" at the start is left out: of a name that begins so, drop the first slash. The
-///            extension of a path is that part of its last element that begins with the last dot: ".gz" of
-///            "a.b/c.tar.gz", ".profile" of "home/.profile", "." of "dir/", none of "README". It must equal a
-///            registered extension unit for unit; the earliest registration that has it wins.
-/// Ownership  The factory owns the transforms and destroys them when it is destroyed, in the order of their
-///            registration. Readers belong to the caller; a reader with a transform must be destroyed before the
-///            factory.
-/// Errors     Each failure throws; a failed call leaves the factory as it was. Besides
-///            `Korvane::rtxi18nutil::DeployedException` there is `std::bad_alloc`. An exception for a file that is
-///            not there or cannot be opened is nested around the `std::system_error` that says why.
-/// Threads    Distinct factories are independent. Any number of threads may ask one factory for readers and
-///            predictions; `addFileTypeHandler` needs it alone.
+/// Names      Paths are UTF-16 and end at the first zero unit; `QARPath::fromNative` makes one from any native name.
+///            A prefix "//:" is ignored; to name a file whose native path starts with it, drop the first slash. The
+///            extension is the part of the last path element from its last dot on: ".gz" for "a.b/c.tar.gz",
+///            ".profile" for "home/.profile", "." for "dir/", and none for "README". Extensions are compared unit for
+///            unit. If several registrations have the extension, the earliest one is used.
+/// Ownership  The factory owns the transforms and destroys them in the order of registration when it is destroyed.
+///            The caller owns the readers; a reader with a transform must be destroyed before the factory.
+/// Errors     Each failure throws and leaves the factory unchanged: `Korvane::rtxi18nutil::DeployedException`,
+///            `std::bad_alloc` and what a member names. The exception for a file that does not exist or cannot be
+///            opened has a nested `std::system_error` with the reason.
+/// Threads    Distinct factories are independent. Any number of threads may call `getReader`, `getRuntimeReader` and
+///            `willBeTransformed` on one factory; `addFileTypeHandler` requires that no other thread uses it.
 class [[gnu::visibility("default")]] QARFileReaderFactory {
 public:
   QARFileReaderFactory();
@@ -39,30 +38,35 @@ public:
   QARFileReaderFactory(const QARFileReaderFactory&) = delete;
   QARFileReaderFactory& operator=(const QARFileReaderFactory&) = delete;
 
-  /// Has files with one of these extensions, each with its leading dot, go through `transform` from now on.
-  /// The factory owns `transform` from the call on, and destroys it if the call fails. A null transform, and an
-  /// extension without a dot, never match.
+  /// Registers `transform` for these extensions, each written with its leading dot.
+  /// The factory owns `transform` from the moment of the call and destroys it if the call fails. A registration with
+  /// a null transform has no effect, nor has an extension without a dot.
   void addFileTypeHandler(const std::vector<std::u16string>& extensions, QARTransform* transform);
 
-  /// A reader for what is at `path`: the target text of a symbolic link, which is not followed, or the content of a
-  /// regular file, transformed if the extension is registered.
+  /// A reader for what is at `path`. For a symbolic link it reads the text of the target; the link is not followed.
+  /// For a regular file it reads the content, transformed if the extension is registered.
   ///
-  /// Throws `QARDATAINTERFACES_FILE_NOT_EXIST`, `QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED` if it is neither,
-  /// `QARDATAINTERFACES_FILE_OPEN_FAILED`, also if something else has meanwhile taken the place of the file; and
-  /// `boost::filesystem::filesystem_error` if its kind cannot be asked, `illegal_byte_sequence` if no name has this
-  /// path (see `QARPath::toNative`). Its `path1()` is the path that was asked for.
+  /// Throws `DeployedException` with
+  /// - `QARDATAINTERFACES_FILE_NOT_EXIST` if there is nothing at the path;
+  /// - `QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED` if it is neither a regular file nor a symbolic link;
+  /// - `QARDATAINTERFACES_FILE_OPEN_FAILED` if the file cannot be opened, or was meanwhile replaced by something else
+  ///   than a regular file.
+  ///
+  /// Throws `boost::filesystem::filesystem_error` if the status of the path cannot be queried. Its code is
+  /// `illegal_byte_sequence` if the path cannot be converted to a native name (see `QARPath::toNative`), and its
+  /// `path1()` is the path that was queried.
   std::unique_ptr<QARFileReader> getReader(const std::u16string& path);
 
-  /// A reader chosen by the extension alone; links are followed, and nothing but opening looks at the file. A FIFO, a
-  /// terminal and, by its name in /dev or /proc, a pipe are opened too; of sockets, the standard input.
-  /// Throws `QARDATAINTERFACES_FILE_OPEN_FAILED`, for a directory too.
+  /// A reader chosen by the extension alone. Links are followed, and the file is opened without a status query.
+  /// Devices, FIFOs, terminals and pipes (by their names in /dev or /proc) can be opened; of sockets, only standard
+  /// input. Throws `QARDATAINTERFACES_FILE_OPEN_FAILED` if the file cannot be opened or is a directory.
   std::unique_ptr<QARFileReader> getRuntimeReader(const std::u16string& path);
 
-  /// A reader for `stream`, chosen by the extension of `path`; the file system is not asked. `stream` is not owned
-  /// and must outlive the reader.
+  /// A reader for `stream`, chosen by the extension of `path`, without access to the file system. The reader does not
+  /// own `stream`, which must outlive it.
   std::unique_ptr<QARFileReader> getReader(const std::u16string& path, opc::InputStream& stream);
 
-  /// Whether the extension of `path` is registered with a transform. The file system is not asked.
+  /// Whether the extension of `path` is registered with a transform. Does not access the file system.
   bool willBeTransformed(const std::u16string& path);
 
 private:

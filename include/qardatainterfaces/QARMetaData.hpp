@@ -4,16 +4,16 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// What travels beside the content of a file: a flag and a text, both without meaning to the library.
+/// Metadata that accompanies the content of a file: a flag and a text. The library does not interpret them.
 ///
-/// Copies   Plain copies of both, independent of each other.
-/// Errors   What stores or copies the text throws `std::bad_alloc` and then changes nothing.
+/// Copies   Copies are independent of each other.
+/// Errors   Members that store or copy the text may throw `std::bad_alloc`; they then change nothing.
 /// Threads  Distinct objects are independent; one object may be read by several threads, or changed by one.
 class [[gnu::visibility("default")]] QARMetaData {
 public:
-  /// The flag is true, the text empty.
+  /// The flag is true and the text empty.
   QARMetaData();
-  /// That flag and that text.
+  /// Stores the flag and a copy of the text.
   QARMetaData(bool demo, const std::string& userData);
   virtual ~QARMetaData();
 
@@ -22,7 +22,7 @@ public:
   bool isDemo() const;
   void setDemo(bool demo);
   /// @}
-  /// A copy of the text: bytes in no particular encoding.
+  /// The text: bytes in no particular encoding. The getter returns a copy.
   /// @{
   std::string getUserData() const;
   void setUserData(const std::string& userData);
@@ -31,7 +31,7 @@ public:
 private:
   friend class QARRecordData;
 
-  // One member, so that the copy operations that the compiler makes change all of it or nothing.
+  // Both fields in one member: the implicit copy assignment then changes all or nothing.
   struct Fields {
     Fields() = default;
     Fields(bool demoFlag, const std::string& text) : demo(demoFlag), userData(text) {}

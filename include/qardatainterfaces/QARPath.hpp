@@ -5,30 +5,31 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// Turns names of files as the system has them into the paths that a `QARFileReaderFactory` takes, and back.
+/// Converts native file names, which are bytes, to the UTF-16 paths that a `QARFileReaderFactory` takes, and back.
 ///
-/// Names     Linux allows any bytes in a name but zero and '/', whatever the process code is, the encoding of the
-///           environment's locale. What is text in the process code is that text in the path; a byte that is not
-///           becomes a unit of its own, U+DC80 for byte 80 to U+DCFF for byte FF. No text has these units alone, so
-///           no two names have one path.
-/// Errors    Everything may throw `std::bad_alloc`.
+/// Names     Linux allows every byte in a name except zero and '/', regardless of the process code, which is the
+///           encoding of the environment's locale. Bytes that are valid text in the process code become that text.
+///           Every other byte becomes one unit: U+DC80 for byte 80 to U+DCFF for byte FF. Valid text never contains
+///           these units unpaired, so two different names never have the same path.
+/// Errors    Each member may throw `std::bad_alloc`.
 /// Threads   May be used by any thread at any time.
 class [[gnu::visibility("default")]] QARPath {
 public:
   QARPath() = delete;
 
-  /// The path for a name, or for a whole path of names: from `argv`, a directory or `std::filesystem::path::native`.
+  /// The UTF-16 path for a native name or path, for example an element of `argv`, a name read from a directory, or
+  /// `std::filesystem::path::native()`.
   ///
-  /// Bytes that the process code cannot decode, or would write otherwise than they stand, become U+DC80 to U+DCFF,
-  /// one each; in a process code that uses bytes below 80 for more than ASCII, such as ISO-2022-JP, these may become
-  /// U+DC01 to U+DC7F. `toNative` gives back the same bytes.
+  /// Each byte that the process code cannot decode becomes one unit, U+DC80 to U+DCFF. So does each byte that would
+  /// be encoded differently on the way back. In a process code that uses bytes below 80 for more than ASCII, such as
+  /// ISO-2022-JP, such bytes become U+DC01 to U+DC7F. `toNative` returns the same bytes.
   static std::u16string fromNative(std::string_view path);
 
-  /// The name for a path, in the bytes that the system takes: `toNative(fromNative(name))` is `name`.
+  /// The native name for a UTF-16 path: `toNative(fromNative(name))` is `name`.
   ///
-  /// Raises `ku::i18n::CvtExceptionBase` where no name has this path: for a character that the process code lacks, a
-  /// surrogate that stands alone and for no byte, a zero, and for bytes so spelt that they would be read as a
-  /// character.
+  /// Raises `ku::i18n::CvtExceptionBase` if `fromNative` returns this path for no name. That is so for a character
+  /// that the process code lacks, for an unpaired surrogate that stands for no byte, for a zero unit, and for units
+  /// U+DC80 to U+DCFF whose bytes together are valid text.
   static std::string toNative(const std::u16string& path);
 };
 

@@ -6,17 +6,17 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// What a catalogue holds for one entry: a name, and the metadata with the entry's flag and user data.
+/// The record of one catalogue entry: a name, and metadata with the entry's flag and user data.
 ///
-/// Errors   What stores or copies a text throws `std::bad_alloc` and then changes nothing.
+/// Errors   Members that store or copy a text may throw `std::bad_alloc`; they then change nothing.
 /// Threads  Distinct records are independent; one record may be read by several threads, or changed by one.
 class [[gnu::visibility("default")]] QARRecordData {
 public:
-  /// No name, default metadata: the flag is true, the user data empty.
+  /// Empty name and default metadata: the flag is true and the user data empty.
   QARRecordData();
-  /// That name, and metadata of that flag and user data.
+  /// Stores copies of the name and the user data, and the flag.
   QARRecordData(const std::u16string& name, bool demo, const std::string& userData);
-  /// Copies are independent; of a record that was moved from, only assignment and destruction are of use.
+  /// Copies are independent. A record that was moved from may only be assigned to or destroyed.
   /// @{
   QARRecordData(const QARRecordData&);
   QARRecordData(QARRecordData &&) noexcept;
@@ -25,7 +25,7 @@ public:
   /// @}
   virtual ~QARRecordData();
 
-  /// The name; getting it makes a copy.
+  /// The name. The getter returns a copy.
   /// @{
   void setName(const std::u16string& name);
   std::u16string getName() const;

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The version of the headers that a program is compiled with, and of the library that it has loaded.
+/// The version of the headers at compile time, and the version of the library loaded at run time.
 
 /// The version of these headers.
 /// @{
@@ -10,7 +10,7 @@
 #define ZRQAR_VERSION_PATCH 0
 /// @}
 
-/// The version and the day of the build of the library that is loaded, which may differ from those of the headers.
+/// The version and build date of the loaded library, which may differ from the version of the headers.
 extern "C" {
 /// Month abbreviation, day and year, separated by blanks, for example "Nov 22 2026".
 [[gnu::visibility("default")]] extern const char* const libzrqardatainterfaces_build_date;

@@ -16,7 +16,7 @@ void replaceKey(QARByteArray& key, const QARByteArray& next) {
 
 QARContext::QARContext() = default;
 
-// Delegating makes the destructor run, and wipe what has been copied, should a later copy fail.
+// Because of the delegating constructor, the destructor runs if a later copy fails. It wipes the keys copied so far.
 QARContext::QARContext(const QARContext& other) : QARContext() {
   versionInfo_ = other.versionInfo_;
   tarvoKey_ = other.tarvoKey_;

@@ -5,7 +5,7 @@
 namespace Korvane::qardatainterfaces {
 namespace {
 
-// Nothing can fail once the entry is there. One search finds it, or the place for it.
+// Nothing can fail once the entry exists. A single search finds the entry or the place for a new one.
 template <class Value>
 std::size_t set(std::map<std::u16string, Value>& map, const std::u16string& key, Value value) {
   map.insert_or_assign(key, std::move(value));
@@ -48,7 +48,7 @@ std::uint32_t QARData::addFileMapEntry(const std::u16string& entryName, const st
 
 std::uint32_t QARData::replaceFileMapEntry(const std::u16string& oldEntryName, const std::u16string& newEntryName,
                                            const std::u16string& recordName) {
-  // The arguments may lie in the node of the old entry, which therefore goes last.
+  // The arguments may refer into the node of the old entry, so the node is destroyed last.
   const auto removed = fileMap_.extract(oldEntryName);
   return addFileMapEntry(newEntryName, recordName, false);
 }

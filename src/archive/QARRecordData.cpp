@@ -9,7 +9,7 @@ QARRecordData::QARRecordData(const std::u16string& name, bool demo, const std::s
     : metaData_(demo, userData), name_(name) {}
 QARRecordData::QARRecordData(const QARRecordData&) = default;
 QARRecordData::QARRecordData(QARRecordData&& other) noexcept : name_(std::move(other.name_)) {
-  metaData_.fields_ = std::move(other.metaData_.fields_);  // metadata themselves can only be copied
+  metaData_.fields_ = std::move(other.metaData_.fields_);  // QARMetaData itself has no move operations
 }
 QARRecordData& QARRecordData::operator=(const QARRecordData& other) { return *this = QARRecordData(other); }
 QARRecordData& QARRecordData::operator=(QARRecordData&& other) noexcept {

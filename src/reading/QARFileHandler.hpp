@@ -10,12 +10,12 @@ namespace Korvane::qardatainterfaces {
 class FilePath;
 class QARTransform;
 
-/// One registration: a transform and the extensions of the files that go through it.
+/// One registration: a transform and the extensions of the files that it applies to.
 class QARFileHandler {
 public:
   QARFileHandler(const std::vector<std::u16string>& extensions, boost::shared_ptr<QARTransform> transform);
 
-  /// The transform for a path with one of the extensions, else null.
+  /// The transform if the path has one of the extensions, else null.
   QARTransform* getTransform(const FilePath& path) const;
 
 private:

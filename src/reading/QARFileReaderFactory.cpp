@@ -31,10 +31,10 @@ using ku::i18n::to_string;
 
 struct Status {
   fs::file_type type;
-  boost::system::error_code error;  // why there is no other type
+  boost::system::error_code error;  // the reason, if the type is file_not_found or status_error
 };
 
-// Of a path that is no link, this one query tells all: whether it exists, and whether it is a regular file.
+// A single query answers whether the path is a link, whether it exists and whether it is a regular file.
 Status statusOf(const FilePath& path) {
   constexpr auto query = "boost::filesystem::is_symlink";
   Status status;

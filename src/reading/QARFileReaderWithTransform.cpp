@@ -31,7 +31,7 @@ unsigned int QARFileReaderWithTransform::read(void* buffer, unsigned int size) {
 unsigned int QARFileReaderWithTransform::read(void* buffer, unsigned int size, QARMetaData& meta) {
   lastError_ = 0;
   if (!prepare(meta)) return failed;
-  // A stream gathered anew may have left less output than was delivered before.
+  // After gathering the stream again, there may be less output than was already delivered.
   position_ = std::min(position_, output_.size());
   const unsigned long left = more_ ? output_.size() - position_ : 0;
   const auto count = static_cast<unsigned int>(std::min<unsigned long>({size, left, failed - 1}));
@@ -95,7 +95,7 @@ bool QARFileReaderWithTransform::acceptEmptyInput() noexcept {
     lastError_ = zero_length;
     return false;
   }
-  ByteArrayAccess::release(output_);  // of what a failed attempt may have left
+  ByteArrayAccess::release(output_);  // a failed attempt may have left bytes
   more_ = false;
   lastError_ = 0;
   return true;

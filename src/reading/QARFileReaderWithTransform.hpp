@@ -12,7 +12,7 @@ namespace Korvane::qardatainterfaces {
 
 class QARTransform;
 
-/// Delivers what a transform makes of the whole content of a file or of a caller's stream.
+/// Delivers the output of a transform for the whole content of a file or of a caller's stream.
 class QARFileReaderWithTransform final : public QARFileReader {
 public:
   /// Requires: `transform` outlives the reader.
@@ -26,28 +26,28 @@ public:
   QARByteArray& readAll(QARMetaData& meta) override;
 
 private:
-  /// What has become of a caller's stream.
+  /// The state of a caller's stream.
   enum class Gathering {
     none,     // nothing has been taken from the stream
-    pending,  // gathered into the content; no transform of it has returned
-    offered,  // a transform of the content has returned; the next whole read gathers again
+    pending,  // gathered into the content; the transform has not yet returned for it
+    offered,  // the transform has returned for the content; the next whole read gathers again
   };
 
   bool isPathForTransform() const;
-  /// Runs the transform unless that has succeeded before; tells whether there is output to deliver.
+  /// Runs the transform unless it has already succeeded. Returns whether there is output to deliver.
   bool prepare(QARMetaData& meta);
   bool transformContent(QARMetaData& meta);
   bool transformPath(QARMetaData& meta);
   bool acceptEmptyInput() noexcept;
-  /// `refusal` is the error if the transform fails without output.
+  /// `refusal` is the last error if the transform fails and leaves no output.
   bool runTransform(const QARByteArray& input, QARMetaData& meta, int refusal);
-  /// Whether there is content that waits for its transform.
+  /// Gathers the stream. Returns whether there is content to transform.
   bool gather();
 
   std::optional<StreamCollector> in_;
   QARTransform& transform_;
   unsigned long position_ = 0;
-  bool prepared_ = false;  // the transform is not run again, but by `readAll()` on a stream
+  bool prepared_ = false;  // only `readAll()` on a stream runs the transform again
   Gathering gathering_ = Gathering::none;
   QARByteArray output_;
 };

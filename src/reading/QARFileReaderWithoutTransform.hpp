@@ -10,7 +10,7 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// Delivers the bytes of a file, or of a caller's stream, as they are.
+/// Delivers the bytes of a file or of a caller's stream unchanged.
 class QARFileReaderWithoutTransform final : public QARFileReader {
 public:
   QARFileReaderWithoutTransform(const std::u16string& path, std::unique_ptr<InputFile> file);
@@ -26,7 +26,7 @@ private:
   unsigned int readStream(unsigned char* to, unsigned int size);
 
   std::optional<StreamCollector> in_;
-  bool gathered_ = false;  // something, which is the content
+  bool gathered_ = false;  // the stream had data, which is now the content
 };
 
 }  // namespace Korvane::qardatainterfaces

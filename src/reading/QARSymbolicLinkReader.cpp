@@ -13,11 +13,11 @@
 namespace Korvane::qardatainterfaces {
 namespace {
 
-// Returns 0, or why `content` stays as it was.
+// Returns 0, or the error code if it fails and leaves `content` unchanged.
 int readLink(const std::string& path, QARByteArray& content) {
   struct stat found {};
   if (::lstat(path.c_str(), &found) != 0) return errno;
-  if (!S_ISLNK(found.st_mode)) return EINVAL;  // what took the place of the link may be of any size
+  if (!S_ISLNK(found.st_mode)) return EINVAL;  // a file that replaced the link may have any size
   const auto size = static_cast<unsigned long>(found.st_size);
   ByteBuffer target(size);
   const auto count = ::readlink(path.c_str(), reinterpret_cast<char*>(target.data()), size);
@@ -42,7 +42,7 @@ unsigned int QARSymbolicLinkReader::read(void* buffer, unsigned int size) {
 
 QARByteArray& QARSymbolicLinkReader::readAll(QARMetaData&) {
   const int error = readLink(FilePath(linkPath_).native(), content_);
-  // There is no file, unless to say why the link could not be read.
+  // The file object exists only to hold the error of `readError()`.
   file_ = error == 0 ? nullptr : std::make_unique<InputFile>(error);
   return content_;
 }

@@ -4,7 +4,7 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// Delivers the target text of a symbolic link, read again each time.
+/// Delivers the target text of a symbolic link. Each call reads the link again.
 class QARSymbolicLinkReader final : public QARFileReader {
 public:
   explicit QARSymbolicLinkReader(const std::u16string& path);

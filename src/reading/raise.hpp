@@ -8,7 +8,7 @@ class BaseMsgID;
 
 namespace Korvane::qardatainterfaces {
 
-/// Throws the exception of that message, nested around a `std::system_error` that says why.
+/// Throws a `DeployedException` for the message, with a nested `std::system_error` for `why`.
 [[noreturn]] void raise(const tavik_core::BaseMsgID& id, const std::error_code& why);
 
 }  // namespace Korvane::qardatainterfaces

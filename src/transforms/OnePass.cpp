@@ -1,6 +1,6 @@
 #include "OnePass.hpp"
 
-#if __has_include(<ku/i18n/Transcoder.hpp>)  // the platform need not have one
+#if __has_include(<ku/i18n/Transcoder.hpp>)  // optional: a platform may lack it
 
 #include "types/ByteBuffer.hpp"
 
@@ -14,7 +14,7 @@ namespace {
 
 using ku::i18n::Transcoder;
 
-/// The result, as far as it has been written.
+/// The output written so far.
 class Output {
 public:
   explicit Output(std::size_t inputSize) : inputSize_(inputSize), bytes_(std::min(inputSize, sample) + slack) {}
@@ -23,7 +23,7 @@ public:
   std::size_t room() const noexcept { return bytes_.capacity() - size_; }
   void add(std::size_t count) noexcept { size_ += count; }
 
-  /// Sizes the storage closely, by what the first `consumed` bytes of the input have become.
+  /// Resizes the storage for the whole output, estimated from the output of the first `consumed` bytes.
   void makeRoom(std::size_t consumed) {
     if (room() >= Transcoder::least_room) return;
     const double growth = static_cast<double>(size_) / static_cast<double>(std::max<std::size_t>(consumed, 1));
@@ -67,7 +67,10 @@ QARConversionLoss locateLosses(const QARByteArray& in, const std::string& from, 
   QARConversionLoss result;
   Transcoder transcoder(from, to);
   transcoder.report_losses([&result](const ku::i18n::ConversionLoss& loss) {
-    ++(loss.malformed ? result.malformed : result.unmappable);
+    if (loss.malformed)
+      ++result.malformed;
+    else
+      ++result.unmappable;
     if (result.places.size() == QARConversionLoss::most_places) return;
     result.places.push_back({loss.offset, loss.length, loss.character, loss.malformed});
   });

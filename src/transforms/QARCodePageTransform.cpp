@@ -10,7 +10,7 @@
 namespace Korvane::qardatainterfaces {
 namespace {
 
-// Raises the converter's exception if it refuses the name.
+// Returns `encoding`. Raises the converter's exception if the converter refuses it.
 template <class Converter>
 const std::string& accepted(const std::string& encoding) {
   if (!encoding.empty()) Converter(encoding, false);
@@ -34,7 +34,7 @@ QARCodePageTransform::~QARCodePageTransform() = default;
 bool QARCodePageTransform::cleanup() { return true; }
 
 bool QARCodePageTransform::transform(const QARByteArray& in, QARByteArray& out, QARMetaData& meta) {
-  // Once for both passes: another thread may set another locale between them.
+  // Resolved once for both passes, since another thread may change the locale between them.
   const std::string from = resolved(from_), to = resolved(to_);
   QARByteArray converted;
   QARConversionLoss loss;
@@ -43,7 +43,7 @@ bool QARCodePageTransform::transform(const QARByteArray& in, QARByteArray& out, 
     if (stage == Stage::encoding) loss.unmappable = 1;
   });
   if (loss.malformed + loss.unmappable > 0) {
-    // Only then, since to locate losses is slower.
+    // A second pass, only in this case: locating losses is slower.
     if (auto located = locateLosses(in, from, to); located.malformed + located.unmappable > 0)
       loss = std::move(located);
     lost(loss, meta);

@@ -12,8 +12,8 @@
 namespace Korvane::qardatainterfaces {
 namespace {
 
-/// Converts a whole text by `Converter`, strictly; if that meets an invalid character, calls `tell` and converts
-/// tolerantly.
+/// Converts a whole text by a strict `Converter`. At an invalid character, calls `tell` and converts the whole text
+/// again by a tolerant one.
 template <class Converter, class Text, class Tell>
 auto convert(const std::string& encoding, const Text* text, std::size_t count, Tell tell) {
   try {

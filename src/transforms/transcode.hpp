@@ -7,19 +7,18 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// The two stages of a conversion: into UTF-16, and out of it.
+/// The two stages of a conversion: to UTF-16, and from it.
 enum class Stage { decoding, encoding };
 
-/// Makes `out` the text of `in`, re-encoded. The empty encoding name is the local code page.
+/// Converts the text of `in` to `out`. The empty encoding name is the local code page.
 ///
-/// Each stage is strict up to the first character that it cannot convert. From there on it is tolerant, which `tell`
-/// is told. Whatever else keeps a strict stage from its work is raised as
-/// `QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER`; what stops a tolerant one is raised as it is. After
-/// either, `out` is as it was.
+/// Each stage is first strict. If it finds a character that it cannot convert, it calls `tell` and becomes tolerant.
+/// Any other failure of a strict stage is raised as `QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER`; a
+/// failure of a tolerant stage is raised unchanged. `out` is unchanged after an exception.
 void transcode(const QARByteArray& in, QARByteArray& out, const std::string& from, const std::string& to,
                const std::function<void(Stage)>& tell);
 
-/// Says on standard output that a stage is tolerant.
+/// Prints to standard output that a stage has become tolerant.
 void announce(Stage);
 
 }  // namespace Korvane::qardatainterfaces

@@ -4,17 +4,17 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// What the library may do with a byte array that its callers may not.
+/// Operations on byte arrays that only the library may use.
 class ByteArrayAccess {
 public:
   ByteArrayAccess() = delete;
 
-  /// Has `array` own `storage`, of which the first `size` bytes are its content, from the first byte on.
+  /// Makes `array` own `storage`. Its content is the first `size` bytes; its read position becomes 0.
   static void adopt(QARByteArray& array, boost::shared_array<unsigned char>&& storage, unsigned long size) noexcept;
   static void swap(QARByteArray& one, QARByteArray& other) noexcept;
-  /// Back to having no storage.
+  /// Makes the array empty, without storage.
   static void release(QARByteArray& array) noexcept;
-  /// Overwrites the bytes; they are not just forgotten.
+  /// Overwrites the bytes with zeros; the compiler cannot optimise this away.
   static void wipe(QARByteArray& array) noexcept;
 };
 

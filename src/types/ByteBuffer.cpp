@@ -11,7 +11,7 @@
 namespace Korvane::qardatainterfaces {
 namespace {
 
-// Of what is this large, most of the time goes into page faults. The kernel is free not to listen.
+// In buffers of this size page faults take most of the time. The kernel may ignore the advice.
 void askForHugePages(unsigned char* bytes, unsigned long capacity) noexcept {
   constexpr unsigned long large = 16UL << 20;
   if (capacity < large) return;
@@ -28,7 +28,7 @@ void ByteBuffer::resize(unsigned long capacity) {
 }
 
 bool ByteBuffer::tryResize(unsigned long capacity) noexcept {
-  // Storage of zero bytes is storage: realloc would take it away.
+  // realloc to size 0 would free the storage, but storage of zero bytes differs from no storage.
   void* const moved = std::realloc(bytes_.get(), std::max(capacity, 1UL));
   if (moved == nullptr) return false;
   static_cast<void>(bytes_.release());
@@ -39,7 +39,7 @@ bool ByteBuffer::tryResize(unsigned long capacity) noexcept {
 }
 
 void ByteBuffer::moveTo(QARByteArray& array, unsigned long size) {
-  constexpr unsigned long slack = 64;  // not worth a call
+  constexpr unsigned long slack = 64;  // so few unused bytes are not worth a call of realloc
   if (capacity_ - size > slack) resize(size);
   ByteArrayAccess::adopt(array, boost::shared_array<unsigned char>(bytes_.release(), Free()), size);
 }

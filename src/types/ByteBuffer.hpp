@@ -7,8 +7,8 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// Bytes on their way into a `QARByteArray` while their number is not certain: never cleared, and moved only when
-/// the allocator has to.
+/// A growing buffer of bytes that becomes the content of a `QARByteArray` without a copy. New bytes are not cleared,
+/// and resizing moves the bytes only if the allocator has to.
 class ByteBuffer {
 public:
   /// No bytes, and no memory.
@@ -17,9 +17,9 @@ public:
 
   unsigned char* data() noexcept { return bytes_.get(); }
   unsigned long capacity() const noexcept { return capacity_; }
-  /// Keeps what fits. If it throws, nothing has changed.
+  /// Keeps the bytes that fit. If it throws, nothing has changed.
   void resize(unsigned long capacity);
-  /// The same; tells whether there was memory.
+  /// The same, but returns whether there was enough memory.
   bool tryResize(unsigned long capacity) noexcept;
 
   /// Makes the first `size` bytes the content of `array`; this buffer must not be used again.

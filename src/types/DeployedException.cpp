@@ -11,9 +11,9 @@ namespace Korvane::rtxi18nutil {
 DeployedException::DeployedException(const tavik_core::BaseMsgID& id) noexcept : identifier_(&id.name()) {
   try {
     auto text = ku::i18n::MessageCatalog::get_message(id, ku::i18n::ZrLocale::global());
-    std::replace(text.begin(), text.end(), u'\0', u'\uFFFD');  // what() would end there
+    std::replace(text.begin(), text.end(), u'\0', u'\uFFFD');  // what() would end at a zero
     message_ = ku::i18n::to_string(text);
-  } catch (...) {  // the name has to do
+  } catch (...) {  // what() returns the name of the message id
   }
 }
 
@@ -21,7 +21,7 @@ DeployedException::DeployedException(const DeployedException& other) noexcept
     : std::exception(other), identifier_(other.identifier_) {
   try {
     message_ = other.message_;
-  } catch (...) {  // the name has to do
+  } catch (...) {  // what() returns the name of the message id
   }
 }
 

@@ -29,7 +29,8 @@ QARByteArray& QARByteArray::operator=(const QARByteArray& other) {
 }
 
 bool QARByteArray::operator==(const QARByteArray& other) const {
-  return size_ == other.size_ && !storage_ == !other.storage_ && std::equal(begin(), end(), other.begin());
+  const bool both_or_neither_stored = (storage_ == nullptr) == (other.storage_ == nullptr);
+  return both_or_neither_stored && size_ == other.size_ && std::equal(begin(), end(), other.begin());
 }
 
 unsigned long QARByteArray::read(unsigned char* out, unsigned long count) {

@@ -12,7 +12,7 @@ namespace {
 
 using ku::filesystem::detail::process_code_traits;
 
-constexpr char16_t escape = 0xDC00;  // of a byte
+constexpr char16_t escape = 0xDC00;  // escape + byte stands for a byte that is not text
 
 bool isHighSurrogate(char16_t unit) noexcept { return unit >= 0xD800 && unit < 0xDC00; }
 bool isEscape(char16_t unit) noexcept { return unit > escape && unit <= escape + 0xFF; }
@@ -25,19 +25,24 @@ std::optional<std::u16string> decode(std::string_view bytes) {
   }
 }
 
-// Where the text ends that begins at `from`: at an escape or at the end of the path. Pairs of surrogates are text.
+// The end of the text that begins at `from`: the next escape or the end of the path. Surrogate pairs are text.
 std::size_t endOfText(const std::u16string& path, std::size_t from) noexcept {
   while (from < path.size() && !isEscape(path[from])) from += isHighSurrogate(path[from]) ? 2 : 1;
   return std::min(from, path.size());
 }
 
-// The bytes that a path spells, whether or not they would be read as that path.
+// The bytes of a path, even if `QARPath::fromNative` does not convert them back to that path.
 std::string write(const std::u16string& path) {
   std::string bytes;
-  for (std::size_t from = 0; from < path.size();) {
-    const auto end = endOfText(path, from);
-    if (from < end) bytes += process_code_traits::to_external(path.substr(from, end - from));
-    for (from = end; from < path.size() && isEscape(path[from]); ++from) bytes += static_cast<char>(path[from]);
+  std::size_t at = 0;
+  while (at < path.size()) {
+    const auto end = endOfText(path, at);
+    if (at < end) bytes += process_code_traits::to_external(path.substr(at, end - at));
+    at = end;
+    while (at < path.size() && isEscape(path[at])) {
+      bytes += static_cast<char>(path[at]);
+      ++at;
+    }
   }
   return bytes;
 }
@@ -50,8 +55,8 @@ bool spells(const std::u16string& path, std::string_view bytes) {
   }
 }
 
-// Decodes pieces of up to `longest` bytes, each by itself, where that gives the same bytes again, and escapes the
-// others.
+// Decodes the shortest piece of up to `longest` bytes that encodes to the same bytes again, then the next piece, and
+// so on. Escapes a byte at which no such piece begins.
 std::u16string decodePieces(std::string_view bytes, std::size_t longest) {
   std::u16string path;
   while (!bytes.empty()) {
@@ -74,9 +79,10 @@ std::u16string decodePieces(std::string_view bytes, std::size_t longest) {
 
 }  // namespace
 
-// Whatever is returned spells the same bytes: that is tried before, and needs no trial if all are escaped. Hence the
-// way back, and that no two names have one path. Pieces that each spell their bytes may spell others together, in
-// stateful process codes and in those that compose characters; shorter pieces leave less to chance.
+// Every path that is returned encodes to the same bytes: this is checked first, and holds anyway if all bytes are
+// escaped. Hence `toNative` inverts this function, and different names have different paths. In process codes that
+// are stateful or compose characters, pieces that encode correctly one by one may encode differently together.
+// Shorter pieces make that less likely, so there is a second attempt with them.
 std::u16string QARPath::fromNative(std::string_view path) {
   if (auto text = decode(path); text && spells(*text, path)) return *std::move(text);
   for (const std::size_t longest : {std::size_t{4}, std::size_t{1}})
@@ -86,7 +92,7 @@ std::u16string QARPath::fromNative(std::string_view path) {
 
 std::string QARPath::toNative(const std::u16string& path) {
   auto bytes = write(path);
-  // ASCII that is written as it stands is read as it stands.
+  // ASCII that is encoded unchanged is also decoded unchanged.
   const auto isSame = [](char byte, char16_t unit) { return byte > 0 && unit == static_cast<char16_t>(byte); };
   if (std::equal(bytes.begin(), bytes.end(), path.begin(), path.end(), isSame)) return bytes;
   const bool isRead = bytes.find('\0') == bytes.npos && (decode(bytes) == path || fromNative(bytes) == path);

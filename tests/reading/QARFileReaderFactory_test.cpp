@@ -41,11 +41,13 @@ std::u16string wide(const std::string& text) {
   return ku::i18n::codecvt_string_to_ustring("UTF-8", false).convert(text.data(), text.size());
 }
 
-TEST(QARFileReaderFactory, TakesTheExtensionFromTheLastDotOfTheLastElement) {
-  for (const auto& row : table("reading/extensions.txt"))
-    EXPECT_EQ(matching(wide(row.at(1))), wide(row[0])) << row.place;
-  EXPECT_EQ(matching(u"a.\xD800"), u".\xD800");
-}
+class Extensions : public RowTest {};
+
+TEST_P(Extensions, AreTakenFromTheLastDotOfTheLastElement) { EXPECT_EQ(matching(wide(row.at(1))), wide(row.at(0))); }
+
+INSTANTIATE_TEST_SUITE_P(, Extensions, testing::ValuesIn(table("tests/reading/extensions.txt")), RowTest::name);
+
+TEST(QARFileReaderFactory, TakesAnExtensionThatIsNotText) { EXPECT_EQ(matching(u"a.\xD800"), u".\xD800"); }
 
 TEST(QARFileReaderFactory, ChoosesTheEarliestRegistrationAndDestroysAllInTheirOrder) {
   std::string destroyed;
@@ -105,28 +107,33 @@ std::string outcome(std::u16string path, bool runtime) try {
 
 const auto not_expressible = "is_symlink: "s + std::strerror(EILSEQ);
 
-TEST(QARFileReaderFactory, AnswersForEveryKindOfPath) {
+class Paths : public RowTest {};
+
+TEST_P(Paths, AreAnsweredFor) {
   const TemporaryDirectory directory;
-  const auto file = directory.file("file", "content");
+  directory.file("file", "content");
   directory.file("secret", "");
   directory.link("dangling", "nowhere");
   directory.link("loop", "loop");
   directory.link("root", "/");
   ::chmod(directory.native("secret").c_str(), 0);
   ::mkdir(directory.native("locked").c_str(), 0600);
-  ::mkfifo(directory.native("fifo").c_str(), 0600);
   ::mknod(directory.native("socket").c_str(), S_IFSOCK | 0600, 0);
-  const auto rows = table("reading/paths.txt");
+  auto native = row.at(2);
+  for (const auto* const name : {"/DIR/", "DIR/"}) boost::replace_all(native, name, directory.native(""));
+  const auto path = wide(native);
   const auto before = ::setfsuid(65534);  // the superuser is never denied anything
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.place);
-    auto native = row.at(2);
-    for (const auto* const name : {"/DIR/", "DIR/"}) boost::replace_all(native, name, directory.native(""));
-    const auto path = wide(native);
-    EXPECT_EQ(outcome(path, false), row[0]);
-    EXPECT_EQ(outcome(path, true), row[1]);
-  }
+  EXPECT_EQ(outcome(path, false), row.at(0));
+  EXPECT_EQ(outcome(path, true), row.at(1));
   ::setfsuid(static_cast<uid_t>(before));
+}
+
+INSTANTIATE_TEST_SUITE_P(, Paths, testing::ValuesIn(table("tests/reading/paths.txt")), RowTest::name);
+
+TEST(QARFileReaderFactory, RefusesPathsThatAreNotTextAndWaitsForNobody) {
+  const TemporaryDirectory directory;
+  const auto file = directory.file("file", "content");
+  ::mkfifo(directory.native("fifo").c_str(), 0600);
   for (const auto& path : {file + u'\xD800', u'\xDC00' + file}) {
     EXPECT_EQ(outcome(path, false), not_expressible);
     EXPECT_EQ(outcome(path, true), "OPEN_FAILED");

@@ -10,6 +10,7 @@
 #include <map>
 #include <new>
 #include <optional>
+#include <set>
 #include <sstream>
 
 #include <fcntl.h>
@@ -21,51 +22,107 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Performs what the rows of a transcript say, and compares what comes of it; see transcripts/README.md.
-class Readers : public testing::TestWithParam<const char*> {
+/// A case of a transcript: its steps.
+struct Case {
+  std::string name;
+  std::vector<Row> steps;
+};
+void PrintTo(const Case& tested, std::ostream* out) { PrintTo(tested.steps.front(), out); }
+
+/// Those of all transcripts.
+std::vector<Case> cases() {
+  std::set<std::string> files, names;
+  for (const auto& entry : fs::directory_iterator(ZRQAR_SOURCE_DIR "/tests/reading/transcripts"))
+    if (entry.path().extension() == ".txt") files.insert(entry.path().stem());
+  std::vector<Case> all;
+  for (const auto& file : files) {
+    bool begun = false;
+    for (const auto& row : table("tests/reading/transcripts/" + file + ".txt")) {
+      if (row.at(0) == "case") {
+        begun = true;
+        all.push_back({test_name(file + ' ' + row.at(1)), {}});
+        if (!names.insert(all.back().name).second) row.fail("there is a case of this name already");
+      }
+      if (!begun) row.fail("a transcript begins with a case");
+      all.back().steps.push_back(row);
+    }
+  }
+  return all;
+}
+
+/// Performs the steps of a case, and compares what comes of it; see transcripts/README.md.
+class Readers : public testing::TestWithParam<Case> {
 protected:
-  void use(const std::string& allowed) {
-    const auto allows = [&](const char* word) { return allowed.find(word) != std::string::npos; };
-    transform = new ScriptedTransform(answer("copy", ""), allows("empty-input"), allows("empty-output"));
+  Readers() { use(true, false); }
+
+  void use(bool empty_input, bool empty_output) {
+    transform = new ScriptedTransform(ScriptedTransform::copy, empty_input, empty_output);
     factory.emplace();
     factory->addFileTypeHandler({u".x", u".qvz", u".xqvz", u".QVZ"}, transform);
+    answer(ScriptedTransform::copy);
   }
 
-  static ScriptedTransform::Script answer(const std::string& result, const std::string& output) {
-    return [=](const QARByteArray& in, QARByteArray& out, QARMetaData& meta) {
-      if (result == "throw") throw std::runtime_error("broken");
+  void allow(const Row& row) {
+    bool empty_input = false, empty_output = false;
+    const std::map<std::string, bool*> words = {{"empty-input", &empty_input}, {"empty-output", &empty_output}};
+    std::istringstream in(row.at(1));
+    for (std::string word; in >> word;) *look_up(row, "policy", words, word) = true;
+    use(empty_input, empty_output);
+  }
+
+  using Script = ScriptedTransform::Script;
+
+  void answer(const Script& script) {
+    transform->script = [=](const QARByteArray& in, QARByteArray& out, QARMetaData& meta) {
+      const bool succeeds = script(in, out, meta);
       meta.setUserData(meta.getUserData() + " and filled");
-      if (result == "copy") return ScriptedTransform::copy(in, out, meta);
-      if (!output.empty()) out = output;
-      return result == "true";
+      return succeeds;
     };
+  }
+
+  void answer(const Row& row) {
+    const auto write = [output = row.last()](bool result) -> Script {
+      return [=](auto&, auto& out, auto&) {
+        if (!output.empty()) out = output;
+        return result;
+      };
+    };
+    const auto raise = [](auto&, auto&, auto&) -> bool { throw std::runtime_error("broken"); };
+    const std::map<std::string, Script> answers = {
+        {"copy", ScriptedTransform::copy}, {"throw", raise}, {"true", write(true)}, {"false", write(false)}};
+    answer(look_up(row, "answer", answers, row.at(1)));
   }
 
   std::string inputs() const {
     std::string all;
     for (const auto& input : transform->inputs) {
-      const auto folder = directory->native("");
+      const auto folder = directory.native("");
       all += input.rfind(folder, 0) == 0 ? "DIR/" + input.substr(folder.size()) : input.substr(0, 20);
       all += ';';
     }
     return all;
   }
 
-  void open_stream(const std::string& path, const std::string& content, const std::string& words) {
+  void open_stream(const Row& row) {
     HostileStream::Manners manners;
-    std::istringstream in(words);
+    const std::map<std::string, std::function<void(const std::string&)>> words = {
+        {"-", [](auto&) {}},
+        {"most=", [&](auto& value) { manners.most = std::stoul(value); }},
+        {"idle=", [&](auto& value) { manners.idle = std::stoi(value); }},
+        {"throws_at=", [&](auto& value) { manners.throws_at = std::stoul(value); }},
+        {"boasts", [&](auto&) { manners.boasts = true; }}};
+    std::istringstream in(row.at(3));
     for (std::string word; in >> word;) {
-      std::sscanf(word.c_str(), "most=%zu", &manners.most);
-      std::sscanf(word.c_str(), "idle=%d", &manners.idle);
-      std::sscanf(word.c_str(), "throws_at=%zu", &manners.throws_at);
-      manners.boasts |= word == "boasts";
+      const auto value = std::min(word.find('='), word.size() - 1) + 1;
+      look_up(row, "manner", words, word.substr(0, value))(word.substr(value));
     }
-    stream.emplace(content, manners);
+    stream.emplace(row.at(2), manners);
+    const auto path = row.at(1);
     reader = factory->getReader({path.begin(), path.end()}, *stream);
   }
 
   std::u16string path(const std::string& name) const {
-    return name[0] == '/' ? std::u16string(name.begin(), name.end()) : directory->path(name);
+    return name[0] == '/' ? std::u16string(name.begin(), name.end()) : directory.path(name);
   }
 
   // The last two fields: what is delivered, and in which state that leaves the reader.
@@ -78,35 +135,33 @@ protected:
     } catch (const std::runtime_error&) {
       delivered = "(thrown)";
     }
-    EXPECT_TRUE(delivered == row.end()[-2]) << testing::PrintToString(delivered.substr(0, 200));
-    std::string state = reader->more() ? "more" : "end";
-    if (reader->lastError() != 0) state += ", error " + std::to_string(reader->lastError());
-    if (reader->ready() != 0) state += ", ready " + std::to_string(reader->ready());
+    EXPECT_TRUE(delivered == row.last(1)) << testing::PrintToString(delivered.substr(0, 200));
+    auto state = (reader->more() ? "more" : "end") + statuses(*reader);
     if (meta.getUserData() != "kept" || meta.isDemo()) state += ", meta " + meta.getUserData();
-    EXPECT_EQ(state, row.back());
+    EXPECT_EQ(state, row.last());
     EXPECT_EQ(reader->readSucceeded(), reader->lastError() == 0);
   }
 
-  std::optional<TemporaryDirectory> directory;
+  const TemporaryDirectory directory;
   std::optional<QARFileReaderFactory> factory;
   std::optional<HostileStream> stream;
   ScriptedTransform* transform = nullptr;
   std::unique_ptr<QARFileReader> reader;
 
-  unsigned int size_of(const Row& row) { return static_cast<unsigned int>(std::stoul(row.at(1))); }
+  static unsigned int size_of(const Row& row) { return static_cast<unsigned int>(row.number(1)); }
 
   const std::map<std::string, std::function<void(const Row&)>> steps = {
-      {"case", [&](auto&) { directory.emplace(), use("empty-input"); }},
-      {"allow", [&](auto& row) { use(row.at(1)); }},
-      {"answer", [&](auto& row) { transform->script = answer(row.at(1), row.back()); }},
+      {"case", [](auto&) {}},
+      {"allow", [&](auto& row) { allow(row); }},
+      {"answer", [&](auto& row) { answer(row); }},
       {"inputs", [&](auto& row) { EXPECT_EQ(inputs(), row.at(1)); }},
-      {"file", [&](auto& row) { directory->file(row.at(1), row.at(2)); }},
-      {"link", [&](auto& row) { directory->link(row.at(1), row.at(2)); }},
-      {"resize", [&](auto& row) { fs::resize_file(directory->native(row.at(1)), std::stoul(row.at(2))); }},
-      {"remove", [&](auto& row) { fs::remove(directory->native(row.at(1))); }},
+      {"file", [&](auto& row) { directory.file(row.at(1), row.at(2)); }},
+      {"link", [&](auto& row) { directory.link(row.at(1), row.at(2)); }},
+      {"resize", [&](auto& row) { fs::resize_file(directory.native(row.at(1)), row.number(2)); }},
+      {"remove", [&](auto& row) { fs::remove(directory.native(row.at(1))); }},
       {"open", [&](auto& row) { reader = factory->getReader(path(row.at(1))); }},
       {"runtime", [&](auto& row) { reader = factory->getRuntimeReader(path(row.at(1))); }},
-      {"stream", [&](auto& row) { open_stream(row.at(1), row.at(2), row.at(3)); }},
+      {"stream", [&](auto& row) { open_stream(row); }},
       {"append", [&](auto& row) { stream->append(row.at(1)); }},
       {"id", [&](auto& row) { EXPECT_EQ(reader->getTransformId(), row.at(1)); }},
       {"state", [&](auto& row) { expect(row, [](auto&) { return "-"; }); }},
@@ -117,16 +172,17 @@ protected:
 };
 
 TEST_P(Readers, DoWhatTheTranscriptSays) {
-  for (const auto& row : table(std::string("reading/transcripts/") + GetParam() + ".txt")) {
-    SCOPED_TRACE(row.place);
-    steps.at(row[0])(row);
+  for (const auto& row : GetParam().steps) {
+    const auto trace = row.trace();
+    try {
+      look_up(row, "step", steps, row.at(0))(row);
+    } catch (const std::exception& error) {
+      FAIL() << error.what();
+    }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, Readers,
-                         testing::Values("plain", "mixed", "transforming", "judgement", "stream",
-                                         "transformed_stream", "link"),
-                         [](const auto& test) { return std::string(test.param); });
+INSTANTIATE_TEST_SUITE_P(, Readers, testing::ValuesIn(cases()), [](const auto& test) { return test.param.name; });
 
 // What a transcript cannot say.
 

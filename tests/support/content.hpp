@@ -9,7 +9,9 @@ namespace Korvane::qardatainterfaces {
 
 constexpr auto refused = "(failed)";
 
-inline std::string text(const QARByteArray& array) { return {array.begin(), array.end()}; }
+inline std::string text(const QARByteArray& array) {
+  return {reinterpret_cast<const char*>(array.begin()), array.size()};
+}
 
 /// Text in which each place tells where it is.
 inline std::string pattern(std::size_t size) {
@@ -24,6 +26,22 @@ std::string chunk(QARFileReader& reader, unsigned int size, Meta&... meta) {
   std::vector<char> buffer(size);
   const unsigned int count = reader.read(buffer.data(), size, meta...);
   return count == QARFileReader::failed ? refused : std::string(buffer.data(), count);
+}
+
+/// What `lastError()` and `ready()` say, by the names that the reader's class has for it, each after a comma; nothing
+/// for 0.
+inline std::string statuses(QARFileReader& reader) {
+  const auto named = [](const char* what, int status) {
+    switch (status) {
+      case 0: return std::string();
+      case QARFileReader::not_open: return std::string(", not_open");
+      case QARFileReader::not_good: return std::string(", not_good");
+      case QARFileReader::transform_failed: return std::string(", transform_failed");
+      case QARFileReader::zero_length: return std::string(", zero_length");
+      default: return std::string(", ") + what + ' ' + std::to_string(status);
+    }
+  };
+  return named("lastError()", reader.lastError()) + named("ready()", reader.ready());
 }
 
 }  // namespace Korvane::qardatainterfaces

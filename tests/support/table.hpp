@@ -1,52 +1,76 @@
 #pragma once
 
-#include "content.hpp"
-
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
+#include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-/// A line of a table: its fields, and where it stands.
-struct Row : std::vector<std::string> {
-  std::string place;
+/// What is wrong with a table: `tests/reading/sources.txt:17: ...`.
+struct TableError : std::logic_error {
+  using std::logic_error::logic_error;
 };
 
-/// '' is nothing, X*N that often X, @FROM..TO a part of `pattern`, and in any other field \xHH is a byte.
-inline std::string field(const std::string& text) {
-  std::size_t from = 0, to = 0;
-  char byte = 0;
-  if (text == "''") return "";
-  if (std::sscanf(text.c_str(), "@%zu..%zu", &from, &to) == 2)
-    return Korvane::qardatainterfaces::pattern(to).substr(from);
-  if (std::sscanf(text.c_str(), "%c*%zu", &byte, &to) == 2) return std::string(to, byte);
-  std::string bytes;
-  for (std::size_t i = 0; i < text.size(); ++i)
-    if (text.compare(i, 2, "\\x") == 0) {
-      bytes += static_cast<char>(std::stoi(text.substr(i + 2, 2), nullptr, 16));
-      i += 3;
-    } else {
-      bytes += text[i];
-    }
-  return bytes;
+/// A line of a table, whose fields are separated by two blanks or more.
+///
+/// `''` is an empty field, `x*300` is a character that often, `@20..50` these bytes of `pattern()`; in any other
+/// field
+/// `\xHH` is a byte. A field is checked when it is asked for, so that a faulty one fails the test of its row alone.
+class Row {
+public:
+  Row(std::string file, int line, std::string text);
+
+  /// The field, counted from 0, with what it stands for. Raises `TableError` if there is none.
+  std::string at(std::size_t index) const;
+  /// The field as a number.
+  std::size_t number(std::size_t index) const;
+  /// The last field, or the one so many before it.
+  std::string last(std::size_t before = 0) const;
+  std::size_t size() const { return fields_.size(); }
+
+  /// `tests/reading/sources.txt:17`, from the root of the project.
+  std::string place() const { return file_ + ':' + std::to_string(line_); }
+  /// While it exists, failures show the place and the text of the row.
+  testing::ScopedTrace trace() const { return {file_.c_str(), line_, text_}; }
+  int line() const { return line_; }
+  const std::string& text() const { return text_; }
+
+  [[noreturn]] void fail(const std::string& why) const { throw TableError(place() + ": " + why); }
+
+private:
+  std::string file_;
+  int line_;
+  std::string text_;
+  std::vector<std::string> fields_;
+};
+inline void PrintTo(const Row& row, std::ostream* out) { *out << row.place(); }
+
+/// The rows of a text file, which is named from the root of the project. `#` begins a comment.
+std::vector<Row> table(const std::string& file);
+
+/// The value of a word. Raises `TableError` if there is none: `...:17: unknown step 'opne'; known: all, open, read`.
+template <class Map>
+const auto& look_up(const Row& row, const std::string& what, const Map& words, const std::string& word) {
+  const auto found = words.find(word);
+  if (found != words.end()) return found->second;
+  std::string known;
+  for (const auto& entry : words) known += (known.empty() ? "" : ", ") + entry.first;
+  row.fail("unknown " + what + " '" + word + "'; known: " + known);
 }
 
-/// The rows of a text file in tests/: at least two blanks stand between fields, and # begins a comment.
-inline std::vector<Row> table(const std::string& name) {
-  std::ifstream file(ZRQAR_SOURCE_DIR "/tests/" + name);
-  std::vector<Row> rows;
-  std::string line;
-  for (int number = 1; std::getline(file, line); ++number) {
-    if (line.empty() || line[0] == '#') continue;
-    rows.emplace_back();
-    rows.back().place = name + ':' + std::to_string(number);
-    for (std::size_t from = 0, gap = 0; from < line.size(); from = line.find_first_not_of(' ', gap)) {
-      gap = line.find("  ", from);
-      rows.back().push_back(field(line.substr(from, gap - from)));
-    }
-  }
-  EXPECT_FALSE(rows.empty()) << name;
-  return rows;
-}
+/// The words in it that a test may have in its name, which are ASCII letters and digits, joined by underscores.
+std::string test_name(const std::string& text);
+
+/// A test of one row: `INSTANTIATE_TEST_SUITE_P(, Suite, testing::ValuesIn(table(...)), RowTest::name)`.
+class RowTest : public testing::TestWithParam<Row> {
+public:
+  /// `line_17_` and the beginning of the row.
+  static std::string name(const testing::TestParamInfo<Row>& test);
+
+protected:
+  const Row& row = GetParam();
+
+private:
+  testing::ScopedTrace trace_ = row.trace();
+};

@@ -9,6 +9,8 @@
 #include "support/ScriptedTransform.hpp"
 #include "support/table.hpp"
 
+#include <map>
+
 namespace Korvane::qardatainterfaces {
 namespace {
 
@@ -17,16 +19,51 @@ std::unique_ptr<QARTransform> new_transform() {
   return std::make_unique<Transform>();
 }
 
-constexpr struct Direction {
-  const char* name;
+struct Direction {
   std::unique_ptr<QARTransform> (*make)();
   const char *from, *to;  // the empty one is the local code page
+};
+using Named = std::pair<const std::string, Direction>;
+const std::map<std::string, Direction> directions = {{"to_utf8", {new_transform<LCPToUTF8Transform>, "", "UTF-8"}},
+                                                     {"to_lcp", {new_transform<UTF8ToLCPTransform>, "UTF-8", ""}}};
+void PrintTo(const Named& named, std::ostream* stream) { *stream << named.first; }
 
-  friend void PrintTo(const Direction& direction, std::ostream* stream) { *stream << direction.name; }
-} directions[] = {{"to_utf8", new_transform<LCPToUTF8Transform>, "", "UTF-8"},
-                  {"to_lcp", new_transform<UTF8ToLCPTransform>, "UTF-8", ""}};
+void expect_conversion(QARTransform& transform, const std::string& in, const std::string& expected,
+                       std::size_t notices) {
+  QARByteArray array(in), out(std::string("before"));
+  unsigned char byte = 0;
+  out.read(&byte, 1);
+  QARMetaData meta(false, "user data");
+  std::string lines;
+  while (notices-- > 0) lines += "Invalid character was detected.\n";
+  const CapturedOutput output;
+  try {
+    EXPECT_TRUE(transform.transform(array, out, meta));
+    EXPECT_TRUE(out == QARByteArray(expected)) << testing::PrintToString(text(out));
+    EXPECT_EQ(output.text(), lines);
+    EXPECT_TRUE(transform.transform(array, array, meta)) << "in and out are the same";
+    EXPECT_TRUE(array == out);
+  } catch (const rtxi18nutil::DeployedException& error) {
+    EXPECT_EQ(error.identifier(), "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER");
+    EXPECT_EQ(expected, "(refused)");
+    EXPECT_EQ(output.text(), lines);
+    EXPECT_EQ(text(out), "before");
+    EXPECT_TRUE(out.read(&byte, 1) == 1 && byte == 'e') << "not even the read position has changed";
+  }
+  EXPECT_EQ(meta.getUserData(), "user data");
+}
 
-class Transforms : public testing::TestWithParam<Direction> {
+class Conversions : public RowTest {};
+
+TEST_P(Conversions, GiveTheOutcomeAndTheNotices) {
+  const auto transform = look_up(row, "transform", directions, row.at(0)).make();
+  const ContentLocale locale(row.at(1));
+  expect_conversion(*transform, row.at(2), row.at(3), row.number(4));
+}
+
+INSTANTIATE_TEST_SUITE_P(, Conversions, testing::ValuesIn(table("tests/transforms/conversions.txt")), RowTest::name);
+
+class Transforms : public testing::TestWithParam<Named> {
 protected:
   std::string transformed(const std::string& content) {
     QARByteArray out;
@@ -35,43 +72,11 @@ protected:
     return text(out);
   }
 
-  void expect_conversion(const std::string& in, const std::string& expected, int notices) {
-    QARByteArray array(in), out(std::string("before"));
-    unsigned char byte = 0;
-    out.read(&byte, 1);
-    QARMetaData meta(false, "user data");
-    std::string lines;
-    while (notices-- > 0) lines += "Invalid character was detected.\n";
-    const CapturedOutput output;
-    try {
-      EXPECT_TRUE(transform->transform(array, out, meta));
-      EXPECT_TRUE(out == QARByteArray(expected)) << testing::PrintToString(text(out));
-      EXPECT_EQ(output.text(), lines);
-      EXPECT_TRUE(transform->transform(array, array, meta)) << "in and out are the same";
-      EXPECT_TRUE(array == out);
-    } catch (const rtxi18nutil::DeployedException& error) {
-      EXPECT_EQ(error.identifier(), "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER");
-      EXPECT_EQ(expected, "(refused)");
-      EXPECT_EQ(output.text(), lines);
-      EXPECT_EQ(text(out), "before");
-      EXPECT_TRUE(out.read(&byte, 1) == 1 && byte == 'e') << "not even the read position has changed";
-    }
-    EXPECT_EQ(meta.getUserData(), "user data");
-  }
-
-  const std::unique_ptr<QARTransform> transform = GetParam().make();
+  const std::unique_ptr<QARTransform> transform = GetParam().second.make();
 };
 
-INSTANTIATE_TEST_SUITE_P(Both, Transforms, testing::ValuesIn(directions),
-                         [](const auto& test) { return std::string(test.param.name); });
-
-TEST_P(Transforms, ConvertAndReportAsTheTableSays) {
-  for (const auto& row : table("transforms/conversions.txt")) {
-    SCOPED_TRACE(row.place);
-    const ContentLocale locale(row.at(1));
-    if (row[0] == GetParam().name) expect_conversion(row.at(2), row.at(3), std::stoi(row.at(4)));
-  }
-}
+INSTANTIATE_TEST_SUITE_P(, Transforms, testing::ValuesIn(directions),
+                         [](const auto& test) { return test.param.first; });
 
 TEST_P(Transforms, FindWhatIsMalformedWhereverItStands) {
   const ContentLocale locale("UTF-8");
@@ -79,8 +84,8 @@ TEST_P(Transforms, FindWhatIsMalformedWhereverItStands) {
   for (const std::size_t before :
        {0U, 1U, 15U, 16U, 17U, 63U, 64U, 65U, 16381U, 16382U, 16383U, 16384U, 16385U, 40000U}) {
     const auto plain = std::string(before, 'x');
-    expect_conversion(plain + good, plain + good, 0);
-    expect_conversion(plain + "\xE3\x81" + good + plain, plain + "\xEF\xBF\xBD" + good + plain, 1);
+    expect_conversion(*transform, plain + good, plain + good, 0);
+    expect_conversion(*transform, plain + "\xE3\x81" + good + plain, plain + "\xEF\xBF\xBD" + good + plain, 1);
   }
 }
 
@@ -104,7 +109,7 @@ TEST_P(Transforms, AgreeWithTheTwoConvertersOneAfterTheOtherInEveryCodePage) {
   // In BOCU-1, two units come of a byte: a block is full, with half a character, before its bytes are taken.
   std::string pairs(5441, 'x');
   for (int i = 0; i < 8192; ++i) pairs += "\U00010330";
-  const auto& [name, make, from, to] = GetParam();
+  const auto& [make, from, to] = GetParam().second;
   for (const auto& page : code_page_names()) {
     const ContentLocale locale(page);
     const CapturedOutput output;

@@ -21,31 +21,41 @@ struct AnyMessage final : tavik_core::BaseMsgID {
       : BaseMsgID(QARDATAINTERFACES_FILE_NOT_EXIST("").bundle(), name, std::move(arguments)) {}
 };
 
-TEST(DeployedException, ShowsEachArgumentWholeInTheLanguageItWasBuiltIn) {
-  in_environment({{"LC_ALL", "es_ES.UTF-8"}, {"LANG", "fr_FR.UTF-8"}, {"LC_MESSAGES", "fr_FR.UTF-8"}}, [] {
+const std::map<std::string, std::string> spanish = {
+    {"LC_ALL", "es_ES.UTF-8"}, {"LANG", "fr_FR.UTF-8"}, {"LC_MESSAGES", "fr_FR.UTF-8"}};
+
+TEST(DeployedException, SpeaksTheLanguageOfTheEnvironmentAndAlwaysComesOut) {
+  in_environment(spanish, [] {
     DeployedException assigned((QARDATAINTERFACES_FILE_NOT_EXIST("x")));
     EXPECT_STREQ(assigned.what(), "El archivo «x» no existe.");
     assigned = DeployedException(QARDATAINTERFACES_FILE_NOT_EXIST(std::string("\xFF\0x", 3)));
-    EXPECT_STREQ(assigned.what(), "El archivo «\uFFFD\uFFFDx» no existe.") << "messages always come out";
-    for (const auto& row : table("types/messages.txt")) {
-      SCOPED_TRACE(row.place);
-      const std::string name = "QARDATAINTERFACES_" + row.at(1);
-      auto expected = row.at(2);
-      std::vector<std::string> arguments;
-      for (const auto& [word, value] : {std::pair("PATH", path), std::pair("REASON", reason)})
-        if (const auto at = expected.find(word); at != std::string::npos) {
-          expected.replace(at, std::strlen(word), value);
-          arguments.push_back(value);
-        }
-      ku::i18n::ZrLocale::global(ku::i18n::ZrLocale(row[0]));
-      const AnyMessage id(name, arguments);
-      assigned = DeployedException(id);
-      ku::i18n::ZrLocale::global(ku::i18n::ZrLocale("C"));
-      EXPECT_EQ(assigned.what(), expected);
-      EXPECT_EQ(assigned.identifier(), name);
-    }
+    EXPECT_STREQ(assigned.what(), "El archivo «\uFFFD\uFFFDx» no existe.");
   });
 }
+
+class Messages : public RowTest {};
+
+TEST_P(Messages, ShowEachArgumentWholeInTheLanguageTheyWereBuiltIn) {
+  in_environment(spanish, [this] {
+    const std::string name = "QARDATAINTERFACES_" + row.at(1);
+    auto expected = row.at(2);
+    std::vector<std::string> arguments;
+    for (const auto& [word, value] : {std::pair("PATH", path), std::pair("REASON", reason)})
+      if (const auto at = expected.find(word); at != std::string::npos) {
+        expected.replace(at, std::strlen(word), value);
+        arguments.push_back(value);
+      }
+    ku::i18n::ZrLocale::global(ku::i18n::ZrLocale(row.at(0)));
+    const AnyMessage id(name, arguments);
+    DeployedException assigned((QARDATAINTERFACES_FILE_NOT_EXIST("x")));
+    assigned = DeployedException(id);
+    ku::i18n::ZrLocale::global(ku::i18n::ZrLocale("C"));
+    EXPECT_EQ(assigned.what(), expected);
+    EXPECT_EQ(assigned.identifier(), name);
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(, Messages, testing::ValuesIn(table("tests/types/messages.txt")), RowTest::name);
 
 }  // namespace
 }  // namespace Korvane::rtxi18nutil

@@ -5,7 +5,7 @@
 namespace Korvane::qardatainterfaces {
 namespace {
 
-// Of a path that ends with separators: "/", "//", ..., and "//name/".
+// For a path that ends with a separator: whether it is a root, "/", "//", ..., or "//name/".
 bool isRoot(std::u16string_view path) {
   const auto last = path.find_last_not_of(u'/');
   if (last == path.npos) return true;
@@ -26,10 +26,11 @@ std::u16string_view FilePath::extension() const noexcept {
   return dot == element.npos ? std::u16string_view() : element.substr(dot);
 }
 
-// Of a network name "//name", which is one element, this leaves out the separators: the extension is the same.
+// A network name "//name" is one element. Here it loses its separators, which does not change the extension.
 std::u16string_view FilePath::lastElement() const noexcept {
   if (!path_.empty() && path_.back() == u'/') return isRoot(path_) ? u"/" : u".";
-  return path_.substr(path_.rfind(u'/') + 1);  // the whole path without a separator: npos + 1 is 0
+  const auto separator = path_.rfind(u'/');
+  return separator == path_.npos ? path_ : path_.substr(separator + 1);
 }
 
 const std::string& FilePath::native() const {

@@ -6,25 +6,24 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// A caller's path, and how the file system and the registrations see it: up to its first zero unit, without the mark
-/// "//:" that it may begin with.
-/// Threads  To be used by one thread at a time.
+/// A caller's path, and the part of it that is used for opening and for the extension. That part ends at the first
+/// zero unit and leaves out a prefix "//:". Threads  May be used by one thread at a time.
 class FilePath {
 public:
   /// Requires: `path` outlives this object.
   explicit FilePath(const std::u16string& path) noexcept;
 
-  /// As given.
+  /// The path as given.
   const std::u16string& given() const noexcept { return given_; }
 
-  /// What of it is asked of the file system.
+  /// The part of the path that is used.
   std::u16string_view asked() const noexcept { return path_; }
 
   /// From the last dot of the last element to its end; empty without a dot. "." for a path that ends with a
   /// separator, unless it is a root.
   std::u16string_view extension() const noexcept;
 
-  /// The path for the operating system. Raises `ku::i18n::CvtExceptionBase` if no name has it (see `QARPath`).
+  /// The native path. Raises `ku::i18n::CvtExceptionBase` if there is none (see `QARPath::toNative`).
   const std::string& native() const;
 
 private:

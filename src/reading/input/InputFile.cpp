@@ -20,8 +20,8 @@ namespace Korvane::qardatainterfaces {
 namespace {
 
 constexpr std::uint64_t buffer_size = 64 * 1024;
-constexpr std::uint64_t unknown_size = 16 * 1024;  // more than what the kernel gives at once of a file without a size
-constexpr std::uint64_t most_at_once = 1U << 30;   // the kernel takes nearly twice as much
+constexpr std::uint64_t unknown_size = 16 * 1024;  // more than one read of a file without a size (/proc) returns
+constexpr std::uint64_t most_at_once = 1U << 30;   // the kernel's limit is nearly twice as much
 
 int open(const FilePath& path, FileKind kind) {
   try {
@@ -33,7 +33,7 @@ int open(const FilePath& path, FileKind kind) {
   }
 }
 
-// Why a file of that mode must not be read, or 0.
+// The error code if a file of this mode must not be read, else 0.
 int refusal(mode_t mode, FileKind kind) noexcept {
   if (S_ISDIR(mode)) return EISDIR;
   return kind == FileKind::regular && !S_ISREG(mode) ? EBADFD : 0;
@@ -51,7 +51,8 @@ InputFile::InputFile(const FilePath& path, FileKind kind) : handle_(open(path, k
     regular_ = S_ISREG(found.st_mode);
     size_ = static_cast<std::uint64_t>(found.st_size);
   } else {
-    if (isOpen()) ::close(std::exchange(handle_, -1));
+    if (isOpen()) ::close(handle_);
+    handle_ = -1;
     state_ = std::ios_base::failbit;
   }
 }
@@ -76,7 +77,7 @@ std::uint32_t InputFile::readOn(unsigned char* to, std::uint32_t size) noexcept 
   return placed;
 }
 
-// Without memory for it there is no look-ahead, and nothing else changes.
+// If there is no memory for the buffer, reads go without look-ahead; nothing else changes.
 bool InputFile::hasBuffer() noexcept { return buffer_.capacity() >= buffer_size || buffer_.tryResize(buffer_size); }
 
 std::uint64_t InputFile::readOnce(unsigned char* to, std::uint64_t size) noexcept {
@@ -94,14 +95,15 @@ ssize_t InputFile::waiting(Call call) noexcept {
 }
 
 bool InputFile::waitForData() const noexcept {
-  // Few regular files wait at all, those of /proc/kmsg's kind. They were opened so as not to wait for anything else.
+  // Few regular files can block; /proc/kmsg is one. They were opened with O_NONBLOCK only so that opening cannot
+  // block.
   if (regular_) {
     const int flags = ::fcntl(handle_, F_GETFL);
     if (flags >= 0 && (flags & O_NONBLOCK) != 0 && ::fcntl(handle_, F_SETFL, flags & ~O_NONBLOCK) == 0) return true;
     errno = EAGAIN;
     return false;
   }
-  // A socket is that of another program too, which may have set it not to wait.
+  // A socket may be shared with another program, which may have made it non-blocking.
   pollfd waited{handle_, POLLIN, 0};
   const bool done = uninterrupted([&] { return ::poll(&waited, 1, -1); }) > 0;
   if (!done) errno = EAGAIN;
@@ -119,7 +121,8 @@ void InputFile::readWhole(QARByteArray& content) {
 bool InputFile::endLookAhead() noexcept {
   const auto ahead = static_cast<off_t>(filled_ - next_);
   if (ahead > 0 && ::lseek(handle_, -ahead, SEEK_CUR) < 0) return fail();
-  next_ = filled_ = 0;
+  next_ = 0;
+  filled_ = 0;
   return true;
 }
 
@@ -132,8 +135,8 @@ bool InputFile::askDeviceSize() noexcept {
   return true;
 }
 
-// With room for one byte more, the read that fetches the last byte of a file sees its end as well. Some of the files
-// that do not tell their size give what they have to the first read only.
+// With room for one more byte, the read that fetches the last byte of a file also detects its end. A file that
+// reports no size gets a larger room, since some of these files deliver their content only to the first read.
 std::uint64_t InputFile::firstRoom() const noexcept {
   if (!regular_) return size_;
   return size_ > 0 ? size_ + 1 : unknown_size;
@@ -156,11 +159,11 @@ void InputFile::readFromStart(QARByteArray& content) {
   auto bytes = makeRoom();
   std::uint64_t count = 0;
   while (fillFromStart(bytes, count) && count == bytes.capacity() && regular_)
-    bytes.resize(std::max(2 * count, unknown_size));  // it has grown, or does not tell its size
+    bytes.resize(std::max(2 * count, unknown_size));  // the file has grown, or does not report its size
   if (good()) bytes.moveTo(content, count);
 }
 
-// From the `count` bytes there are, reads until `bytes` is full or the end is met.
+// Continues after the first `count` bytes, until `bytes` is full or the end of the file is reached.
 bool InputFile::fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept {
   while (count < bytes.capacity()) {
     const auto wanted = std::min(bytes.capacity() - count, most_at_once);
@@ -169,24 +172,27 @@ bool InputFile::fillFromStart(ByteBuffer& bytes, std::uint64_t& count) noexcept 
     if (result < 0) return fail();
     if (result == 0) break;
     count += static_cast<std::uint64_t>(result);
-    // The end, seen without another call; of a file that tells its size, where a short count means nothing else.
+    // A short read of a file that reports its size means the end; this saves another call.
     if (size_ > 0 && count >= size_ && static_cast<std::uint64_t>(result) < wanted) break;
   }
   return true;
 }
 
-// All goes through the look-ahead, where it stays until it has become content: what was read cannot be read again.
+// All bytes stay in the look-ahead buffer until they have become content, since they cannot be read again.
 void InputFile::readRest(QARByteArray& content) {
   while (good()) {
     if (filled_ == buffer_.capacity()) buffer_.resize(std::max(2 * filled_, buffer_size));
     filled_ += readOnce(buffer_.data() + filled_, std::min(buffer_.capacity() - filled_, most_at_once));
   }
   if (!atEnd()) return;
-  const auto end = std::exchange(state_, std::ios_base::goodbit);  // not met, should there be no memory
+  // If there is no memory for the content, the state stays good and chunk reads deliver the look-ahead.
+  const auto end = state_;
+  state_ = std::ios_base::goodbit;
   QARByteArray rest(buffer_.data() + next_, filled_ - next_);
   ByteArrayAccess::swap(content, rest);
   buffer_ = ByteBuffer();
-  next_ = filled_ = 0;
+  next_ = 0;
+  filled_ = 0;
   state_ = end;
 }
 

@@ -33,7 +33,7 @@ bool StreamCollector::exhausted() { return kept() == 0 && stream_.exhausted(); }
 
 StreamCollector::Result StreamCollector::gather(QARByteArray& content) {
   if (!ended_ && !readToEnd()) return Result::stalled;
-  ended_ = true;  // should there be no memory for the content
+  ended_ = true;  // remembered in case there is no memory for the content
   const auto count = kept();
   if (count > 0) {
     QARByteArray gathered(bytes_.data() + taken_, count);
@@ -45,7 +45,8 @@ StreamCollector::Result StreamCollector::gather(QARByteArray& content) {
 
 void StreamCollector::forget() noexcept {
   bytes_ = std::vector<unsigned char>();  // `= {}` would keep the memory
-  total_ = taken_ = 0;
+  total_ = 0;
+  taken_ = 0;
   ended_ = false;
 }
 
@@ -53,7 +54,7 @@ bool StreamCollector::readToEnd() {
   constexpr std::uint64_t step = 8192;
   constexpr int patience = 100;
   for (int idle = 0; idle < patience;) {
-    bytes_.resize(total_ + step);  // zeros, or its own bytes, should the stream claim more than it places
+    bytes_.resize(total_ + step);  // defined bytes, even if the stream claims more than it has placed
     const std::uint64_t count = std::min(stream_.read(bytes_.data() + total_, step), step);
     total_ += count;
     idle = count > 0 ? 0 : idle + 1;

@@ -11,7 +11,7 @@ class InputStream;
 
 namespace Korvane::qardatainterfaces {
 
-/// Gathers what a caller's stream has still to deliver.
+/// Gathers the rest of a caller's stream.
 class StreamCollector {
 public:
   enum class Result { stalled, nothing, gathered };
@@ -19,16 +19,16 @@ public:
   /// Requires: `stream` outlives this object.
   explicit StreamCollector(opc::InputStream& stream) noexcept : stream_(stream) {}
 
-  /// Whether there is nothing more to deliver.
+  /// Whether everything has been delivered.
   bool exhausted();
 
-  /// What a gathering that did not end has kept comes first. Places at most `size` bytes and returns how many; sets
-  /// `isLast` if there is nothing more. If the stream throws, no byte is skipped.
+  /// Copies at most `size` bytes to `to` and returns how many; sets `isLast` if nothing is left. Bytes kept by an
+  /// unfinished `gather` come first. If the stream throws, no byte is skipped.
   std::uint64_t read(unsigned char* to, std::uint64_t size, bool& isLast);
 
-  /// Reads to the end of the stream, with one read at least, and makes `content` what it delivered, unless that is
-  /// nothing. If the stream stalls or something throws, `content` stays as it is, and the bytes so far are kept for
-  /// the next call.
+  /// Reads to the end of the stream, with at least one read. Makes `content` the bytes that it delivered, if there
+  /// are any. If the stream stalls or something throws, `content` is unchanged, and the bytes so far are kept for the
+  /// next call.
   Result gather(QARByteArray& content);
 
 private:
@@ -39,8 +39,8 @@ private:
 
   opc::InputStream& stream_;
   std::vector<unsigned char> bytes_;
-  std::uint64_t total_ = 0;  // gathered and not yet made content,
-  std::uint64_t taken_ = 0;  // of which so many bytes went out by chunk reads
+  std::uint64_t total_ = 0;  // bytes gathered that have not become content
+  std::uint64_t taken_ = 0;  // how many of them chunk reads have delivered
   bool ended_ = false;
 };
 

@@ -10,11 +10,11 @@ namespace Korvane::qardatainterfaces {
 namespace {
 
 int open(const char* path, int flags) noexcept {
-  // Never to become the terminal of the process.
+  // O_NOCTTY: a terminal must not become the controlling terminal of the process.
   return uninterrupted([=] { return ::open(path, flags | O_CLOEXEC | O_NOCTTY); });
 }
 
-// The system opens no socket by a path, not even by /dev/stdin.
+// A socket cannot be opened by a path, not even by /dev/stdin.
 int openStandardInput(const char* path) noexcept {
   struct stat asked {};
   struct stat input {};
@@ -25,7 +25,8 @@ int openStandardInput(const char* path) noexcept {
   return -1;
 }
 
-// Waits for the lease of another process, but only once it is certain to what: `path` may lead to a FIFO meanwhile.
+// Waits until another process gives up its lease. Checks first that it is a lease on a regular file: `path` may
+// meanwhile name a FIFO, whose opening would block.
 int openLeased(const char* path) noexcept {
   const int place = open(path, O_PATH | O_NOFOLLOW);
   if (place < 0) return -1;
@@ -36,7 +37,7 @@ int openLeased(const char* path) noexcept {
     char same[32];
     static_cast<void>(std::snprintf(same, sizeof same, "/proc/self/fd/%d", place));
     handle = open(same, O_RDONLY);
-    error = errno == ENOENT ? EWOULDBLOCK : errno;  // without /proc it cannot be waited for
+    error = errno == ENOENT ? EWOULDBLOCK : errno;  // waiting is impossible without /proc
   }
   ::close(place);
   errno = error;

@@ -4,7 +4,7 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// The result of `call`, a system call that is repeated as long as a signal interrupts it.
+/// The result of the system call `call`, which is repeated while signals interrupt it.
 template <class Call>
 auto uninterrupted(Call call) {
   auto result = call();
@@ -12,12 +12,12 @@ auto uninterrupted(Call call) {
   return result;
 }
 
-/// Opens what is at `path`, links followed, and waits as long as that takes: for the writer of a FIFO, for a lease.
-/// Of a socket, only the one that is the standard input can be opened. Negative: `errno` says why.
+/// Opens `path` and follows links. Waits as long as opening takes, for example for the writer of a FIFO or for a
+/// lease. The only socket that it opens is standard input. If the result is negative, `errno` has the reason.
 int openAny(const char* path) noexcept;
 
-/// Opens what is at `path` if it can be a regular file. Follows no link and waits for a lease, but not for the writer
-/// of a FIFO. What is opened may still be of another kind. Negative: `errno` says why.
+/// Opens a regular file at `path`. Follows no link; waits for a lease, but not for the writer of a FIFO. It may
+/// succeed for another kind of file, so check the kind. If the result is negative, `errno` has the reason.
 int openRegular(const char* path) noexcept;
 
 }  // namespace Korvane::qardatainterfaces

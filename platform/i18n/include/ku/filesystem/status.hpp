@@ -5,17 +5,17 @@
 
 namespace ku::filesystem {
 
-/// The kinds that matter here.
+/// The kinds of files that `status` distinguishes.
 enum class file_type { not_found, regular, directory, other };
 
-/// What the file system says about a path, links followed.
+/// The status of a path. Links are followed.
 struct file_status {
-  file_type type;        ///< of what is at the path
+  file_type type;        ///< the kind of file
   std::uint64_t length;  ///< in bytes; 0 for a path that does not exist
 };
 
-/// Absence (ENOENT, ENOTDIR) is an answer; every other failure raises `std::system_error`.
-/// `native_path` is in the process code. May be called by any thread at any time.
+/// Queries the status of a path, which is in the process code. A path that does not exist (ENOENT, ENOTDIR) gives
+/// `not_found`; every other failure raises `std::system_error`. Any thread may call it at any time.
 [[gnu::visibility("default")]] file_status status(const std::string& native_path);
 
 }  // namespace ku::filesystem

@@ -6,14 +6,14 @@
 
 namespace ku::i18n {
 
-/// Why a conversion, or the making of a converter, failed. Where an encoding is refused, its text names it.
+/// Raised if a conversion fails or a converter cannot be made. If an encoding is refused, the text names it.
 ///
 /// Threads  Immutable; may be used by several threads.
 class [[gnu::visibility("default")]] CvtExceptionBase : public std::exception {
 public:
   /// Requires: `what` lives as long as the program.
   explicit CvtExceptionBase(const char* what) noexcept : what_(what) {}
-  /// Keeps a copy of the text, up to its first zero byte for `what()`. May raise `std::bad_alloc`.
+  /// Keeps a copy of the text; `what()` ends at its first zero byte. May raise `std::bad_alloc`.
   explicit CvtExceptionBase(const std::string& what)
       : text_(std::make_shared<const std::string>(what)), what_(text_->c_str()) {}
   /// Copies share the text.
@@ -22,7 +22,7 @@ public:
   CvtExceptionBase& operator=(const CvtExceptionBase&) = default;
   /// @}
   ~CvtExceptionBase() override;
-  /// Lives as long as the exception or a copy of it.
+  /// The text, valid as long as the exception or a copy of it.
   const char* what() const noexcept override;
 
 private:
@@ -30,7 +30,7 @@ private:
   const char* what_;
 };
 
-/// Input that a strict converter cannot convert: malformed, cut off, or without a counterpart in the target.
+/// Raised by a strict converter for malformed or truncated input and for a character that the target lacks.
 ///
 /// Threads  Immutable; may be used by several threads.
 class [[gnu::visibility("default")]] CvtInvalidCharacter : public CvtExceptionBase {

@@ -9,13 +9,14 @@ namespace ku::i18n {
 
 /// Finds the texts of messages in the language of a locale.
 ///
-/// Threads  May be used by any thread at any time.
+/// Threads  Any thread may use it at any time.
 class [[gnu::visibility("default")]] MessageCatalog {
 public:
-  /// The text of the message that `id` names, its arguments inserted as they are.
+  /// The text of the message that `id` names, with its arguments inserted unchanged.
   ///
-  /// A language without a text of its own gives the English one. Raises `std::runtime_error` for a message that
-  /// the id's bundle does not hold, `std::length_error` for an argument of 2^31 units or more, and `std::bad_alloc`.
+  /// The text is English if the message has none in the language of `locale`. Raises `std::runtime_error` for a
+  /// message that is not in the id's bundle, `std::length_error` for an argument of 2^31 units or more, and
+  /// `std::bad_alloc`.
   static std::u16string get_message(const tavik_core::BaseMsgID& id, const ZrLocale& locale);
 };
 

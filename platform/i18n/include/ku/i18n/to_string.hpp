@@ -4,12 +4,12 @@
 
 namespace ku::i18n {
 
-/// `text` in the process code, for a person to read.
+/// Converts `text` to the process code, for display.
 ///
-/// The process code is the encoding of file names and messages: that of the environment's locale, asked once;
-/// UTF-8 if the environment names none or one that the converters do not know. What it cannot express is replaced
-/// by a visible character, so the result is never to be used as a path. Raises `std::bad_alloc` only.
-/// May be called by any thread at any time.
+/// The process code is the encoding of file names and messages. It is the encoding of the environment's locale, which
+/// is determined once, or UTF-8 if the environment names no encoding or an unknown one. A character that it lacks is
+/// replaced with a visible character, so never use the result as a path. Raises only `std::bad_alloc`.
+/// Any thread may call it at any time.
 [[gnu::visibility("default")]] std::string to_string(const std::u16string& text);
 
 }  // namespace ku::i18n

@@ -4,11 +4,11 @@
 
 #include <string>
 
-/// The messages of the data interfaces. All arguments are text in the process code. Ids are immutable once built and
-/// may be used by several threads.
+/// The messages of the data interfaces. All arguments are text in the process code. Message ids are immutable and may
+/// be used by several threads.
 namespace qar::qardatainterfaces {
 
-/// A file could not be opened: its path, and the state of the stream as the reason.
+/// A file could not be opened. The arguments are its path and, as the reason, the state of the stream.
 class [[gnu::visibility("default")]] QARDATAINTERFACES_FILE_OPEN_FAILED final : public tavik_core::BaseMsgID {
 public:
   /// Copies its arguments.
@@ -30,7 +30,7 @@ public:
   explicit QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED(const std::string& path);
 };
 
-/// A code-page conversion failed for another reason than an invalid character.
+/// A code-page conversion failed for a reason other than an invalid character.
 class [[gnu::visibility("default")]] QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER final
     : public tavik_core::BaseMsgID {
 public:

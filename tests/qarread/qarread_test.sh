@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tests of the example program as a shell sees it: tests/qarread_test.sh PROGRAM DEMO
+# Tests of the example program as a shell sees it: tests/qarread/qarread_test.sh PROGRAM DEMO
 # shellcheck disable=SC2053,SC2059,SC2086  # patterns, formats and lists of arguments are passed about in variables
 set -uo pipefail
 program=$(realpath "$1") demo=$(realpath "$2")

@@ -1,6 +1,6 @@
 #include "Source.hpp"
 
-#include "reason.hpp"
+#include "../reason.hpp"
 
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 #include <qardatainterfaces/QARPath.hpp>

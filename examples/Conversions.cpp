@@ -1,13 +1,13 @@
 #include "Conversions.hpp"
 
-#include "../UsageError.hpp"
-#include "../contentLocale.hpp"
-#include "../extensions.hpp"
 #include "Converting.hpp"
+#include "UsageError.hpp"
+#include "contentLocale.hpp"
+#include "extensions.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 
-namespace packing {
+namespace qarread {
 namespace {
 
 namespace di = Korvane::qardatainterfaces;
@@ -17,7 +17,7 @@ using OnLoss = di::QARCodePageTransform::OnLoss;
 /// The part before the next colon; `text` keeps what is behind it.
 std::string cutField(std::string& text, const std::string& option) {
   const auto colon = text.find(':');
-  if (colon == text.npos || colon == 0) throw qarread::UsageError("'" + option + "' is not FROM:TO:EXT,...");
+  if (colon == text.npos || colon == 0) throw UsageError("'" + option + "' is not FROM:TO:EXT,...");
   auto field = text.substr(0, colon);
   text.erase(0, colon + 1);
   return field;
@@ -39,25 +39,25 @@ Conversions::Conversions(CLI::App& app, Direction direction) : direction_(direct
 }
 
 void Conversions::apply(di::QARFileReaderFactory& factory) const {
-  if (!locale_.empty()) qarread::setContentLocale(locale_);
+  if (!locale_.empty()) setContentLocale(locale_);
   const auto on_loss = strict_ ? OnLoss::fail : OnLoss::substitute;
   const bool decodes = direction_ == Direction::toUtf8;
   for (const auto& list : extensions_) {
-    const auto extensions = qarread::parseExtensions(list);  // which may throw
+    const auto extensions = parseExtensions(list);  // which may throw
     factory.addFileTypeHandler(extensions, new Converting(decodes ? "lcp-to-utf8" : "utf8-to-lcp",
                                                           decodes ? "" : "UTF-8", decodes ? "UTF-8" : "", on_loss));
   }
   for (const auto& option : transcodings_) {
     auto list = option;
     const auto from = cutField(list, option), to = cutField(list, option);
-    const auto extensions = qarread::parseExtensions(list);
+    const auto extensions = parseExtensions(list);
     try {
       const auto id = std::string(from).append(" to ").append(to);
       factory.addFileTypeHandler(extensions, new Converting(id.c_str(), from, to, on_loss));
     } catch (const ku::i18n::CvtExceptionBase& error) {
-      throw qarread::UsageError("'" + option + "': " + error.what());
+      throw UsageError("'" + option + "': " + error.what());
     }
   }
 }
 
-}  // namespace packing
+}  // namespace qarread

@@ -1,14 +1,14 @@
 // Reads files through the library, for a person or a script: `qarread --help`.
 
+#include "../Output.hpp"
+#include "../contentLocale.hpp"
+#include "../printable.hpp"
+#include "../reason.hpp"
+#include "../walk.hpp"
 #include "Notices.hpp"
 #include "Options.hpp"
-#include "Output.hpp"
 #include "Progress.hpp"
 #include "Source.hpp"
-#include "contentLocale.hpp"
-#include "printable.hpp"
-#include "reason.hpp"
-#include "walk.hpp"
 
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UsageError.hpp"
+#include "../UsageError.hpp"
 
 #include <optional>
 #include <string>

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace packing {
+namespace qarread {
 
 /// The options of the command line that say which files are converted on their way.
 class Conversions {
@@ -19,7 +19,7 @@ public:
   Conversions(const Conversions&) = delete;
   Conversions& operator=(const Conversions&) = delete;
 
-  /// Sets the local code page and registers the transforms. Throws `qarread::UsageError`.
+  /// Sets the local code page and registers the transforms. Throws `UsageError`.
   void apply(Korvane::qardatainterfaces::QARFileReaderFactory& factory) const;
 
 private:
@@ -30,4 +30,4 @@ private:
   bool strict_ = false;
 };
 
-}  // namespace packing
+}  // namespace qarread

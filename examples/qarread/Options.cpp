@@ -1,6 +1,6 @@
 #include "Options.hpp"
 
-#include "extensions.hpp"
+#include "../extensions.hpp"
 
 #include <qardatainterfaces/QARFileReader.hpp>
 

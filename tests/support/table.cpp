@@ -1,0 +1,83 @@
+#include "table.hpp"
+
+#include "content.hpp"
+
+#include <charconv>
+#include <cstdio>
+#include <fstream>
+
+namespace {
+
+bool is_word(char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+}  // namespace
+
+Row::Row(std::string file, int line, std::string text) : file_(std::move(file)), line_(line), text_(std::move(text)) {
+  for (std::size_t from = 0, gap = 0; from < text_.size(); from = text_.find_first_not_of(' ', gap)) {
+    gap = text_.find("  ", from);
+    fields_.push_back(text_.substr(from, gap - from));
+  }
+}
+
+std::string Row::at(std::size_t index) const {
+  if (index >= fields_.size()) fail("field " + std::to_string(index + 1) + " is missing");
+  const auto& field = fields_[index];
+  std::size_t from = 0, to = 0;
+  char character = 0;
+  if (field == "''") return "";
+  if (std::sscanf(field.c_str(), "@%zu..%zu", &from, &to) == 2)
+    return Korvane::qardatainterfaces::pattern(to).substr(from);
+  if (std::sscanf(field.c_str(), "%c*%zu", &character, &to) == 2) return std::string(to, character);
+  std::string bytes;
+  for (std::size_t i = 0; i < field.size(); ++i) {
+    if (field.compare(i, 2, "\\x") != 0) {
+      bytes += field[i];
+      continue;
+    }
+    unsigned char byte = 0;
+    const char* const digits = field.data() + i + 2;
+    const char* const end = field.data() + std::min(field.size(), i + 4);
+    if (std::from_chars(digits, end, byte, 16).ptr != digits + 2) fail("two hexadecimal digits must follow \\x");
+    bytes += static_cast<char>(byte);
+    i += 3;
+  }
+  return bytes;
+}
+
+std::size_t Row::number(std::size_t index) const {
+  const auto field = at(index);
+  std::size_t value = 0;
+  const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
+  if (error != std::errc() || end != field.data() + field.size()) fail("'" + field + "' is not a number");
+  return value;
+}
+
+std::string Row::last(std::size_t before) const {
+  if (before >= size()) fail("too few fields");
+  return at(size() - 1 - before);
+}
+
+std::vector<Row> table(const std::string& file) {
+  std::ifstream lines(ZRQAR_SOURCE_DIR "/" + file);
+  std::vector<Row> rows;
+  std::string line;
+  for (int number = 1; std::getline(lines, line); ++number)
+    if (!line.empty() && line[0] != '#') rows.emplace_back(file, number, line);
+  if (rows.empty()) throw TableError(file + ": no rows");
+  return rows;
+}
+
+std::string test_name(const std::string& text) {
+  std::string name;
+  for (const char c : text)
+    if (is_word(c))
+      name += c;
+    else if (!name.empty() && name.back() != '_')
+      name += '_';
+  while (!name.empty() && name.back() == '_') name.pop_back();
+  return name;
+}
+
+std::string RowTest::name(const testing::TestParamInfo<Row>& test) {
+  return test_name("line " + std::to_string(test.param.line()) + ' ' + test.param.text().substr(0, 50));
+}
