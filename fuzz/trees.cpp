@@ -119,7 +119,12 @@ private:
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using Kind = Tree::Kind;
   static constexpr Kind kinds[] = {Kind::directory, Kind::file, Kind::fifo, Kind::link, Kind::nothing};
-  static const std::u16string before[] = {u"", u"//:", u"//"}, behind[] = {u"", u"/", u".", {u"\0.qvz", 5}};
+  // Few, so that paths and links lead to what is there: `paths` tries all names.
+  static const std::string parts[] = {
+      "a",   "b",  "/",   ".", ".t", "qvz", "\xC3\xA9", "\xE6\x97\xA5", "\xFF", std::string(127, 'n'),
+      "//:", "\n", {'\0'}};
+  static const std::u16string before[] = {u"", u"//:", u"//"};
+  static const std::u16string behind[] = {u"", u"", u"", u"", u"/", u".", {u"\0.qvz", 5}, u"/."};
   static const auto root = QARPath::fromNative(Tree::root());
   struct Asked {
     std::u16string path;
@@ -130,22 +135,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<Asked> asked;
   std::u16string registered;
   // Links come last, not through each other, and neither they nor names lead out of the tree.
-  for (auto kind = Kind::directory; !input.empty() && asked.size() < 6;) {
-    kind = std::max(kind, input.one_of(kinds));
-    const auto& start = input.one_of(before);
-    const auto& end = input.one_of(behind);
-    const bool runtime = input.number() % 2 == 1;
-    if (kind == Kind::nothing) {
-      asked.push_back({start + root + input.name(255) + end, runtime});
-      continue;
-    }
-    const std::string name(input.text(input.number())), content(input.text(input.number()));
-    const auto& leading = kind == Kind::link ? content : name;
-    if (leading.find("..") != leading.npos || (kind == Kind::link && (name + content[0]).find('/') != name.npos)) break;
+  for (auto kind = Kind::directory; !input.empty() && asked.size() < 3;) {
+    const auto choice = input.number();
+    kind = std::max(kind, kinds[choice % 5]);
+    const auto name = input.some_of(parts, 3), content = input.some_of(parts, 3);
+    if ((name + "/" + content).find("..") != name.npos) break;
     const auto native = Tree::root() + name.c_str();
-    tree.make(kind, native, content);
-    asked.push_back({start + QARPath::fromNative(native) + end, runtime});
-    if (const auto dot = name.rfind('.'); dot != name.npos) registered = QARPath::fromNative(name.substr(dot)).c_str();
+    if (kind != Kind::link || (name.find('/') == name.npos && content[0] != '/')) tree.make(kind, native, content);
+    const auto& start = before[choice / 5 % 3];
+    const auto& end = behind[choice / 15 % 8];
+    asked.push_back({start + root + QARPath::fromNative(name.c_str()) + end, choice / 120 % 2 == 1});
+    if (const auto dot = name.rfind('.'); dot != name.npos)
+      registered = QARPath::fromNative(name.substr(dot).c_str());
   }
   QARFileReaderFactory factory;
   factory.addFileTypeHandler(

@@ -34,6 +34,10 @@ void IcuUnits::decode_part(const char* bytes, std::size_t count, bool last, std:
   if (!icu_->decode(c, count, last))
     throw CvtExceptionBase("A converter has made more of its input than any should.");
   end -= icu_->decoding_pending();
+  // A byte may also tell that one before it, which looked like a shift, is malformed as well (UTF-7).
+  std::uint64_t malformed_bytes = 0;
+  for (const auto& sequence : malformed_) malformed_bytes += sequence.length;
+  if (locates_) start_ = std::min(start_, end - std::min(end, malformed_bytes));
   auto malformed = malformed_.begin();
   const auto* const units_end = c.to;
   for (const auto* unit = units_.data(); unit != units_end; ++unit) {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace packing {
+namespace qarread {
 
 /// Converts between two encodings, and leaves in the user data its name and what was lost.
 ///
@@ -21,4 +21,4 @@ protected:
             Korvane::qardatainterfaces::QARMetaData& meta) override;
 };
 
-}  // namespace packing
+}  // namespace qarread

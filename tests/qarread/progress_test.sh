@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # A walk that takes long shows on a terminal how far it has come, and leaves no trace of that:
-# tests/qarread_progress_test.sh PROGRAM
+# tests/qarread/progress_test.sh PROGRAM
 set -uo pipefail
 program=$(realpath "$1")
 script --quiet --return --command true /dev/null </dev/null >/dev/null 2>&1 ||

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Names of any bytes, read by the example program: tests/qarread_names_test.sh PROGRAM
+# Names of any bytes, read by the example program: tests/qarread/names_test.sh PROGRAM
 set -euo pipefail
 program=$(realpath "$1")
 work=$(mktemp -d)

@@ -1,6 +1,6 @@
 #include "Converting.hpp"
 
-namespace packing {
+namespace qarread {
 
 namespace di = Korvane::qardatainterfaces;
 
@@ -16,4 +16,4 @@ void Converting::lost(const di::QARConversionLoss& loss, di::QARMetaData& meta) 
   meta.setUserData(report);
 }
 
-}  // namespace packing
+}  // namespace qarread
