@@ -23,7 +23,7 @@ using ku::i18n::Transcoder;
 
 /// How the result for an encoding is judged.
 enum class Judgement {
-  whole,       ///< by iconv; without losses only, since the encoding has states
+  whole,       ///< by iconv, if there are neither losses nor characters that it has otherwise: there are states
   characters,  ///< by iconv from loss to loss; where iconv has other characters, character by character
   strict,      ///< by iconv from loss to loss
   none         ///< only by the other converters: iconv has another idea of the encoding, or none
@@ -131,6 +131,13 @@ std::optional<std::string> by_characters(const std::string& text, const std::str
   return result;
 }
 
+/// Whether iconv and the library have this character otherwise.
+bool has_otherwise(char32_t code, const std::string& page) {
+  const auto theirs = iconv_of(page).encode(code);
+  auto& ours = kept<Ours>(page);
+  return ours.encode(code) != theirs || (theirs && ours.decode(*theirs) != iconv_of(page).decode(*theirs));
+}
+
 /// What the text becomes if `converter` converts what is between the losses.
 template <class Converter>
 std::optional<std::string> joined(Converter converter, const std::string& text,
@@ -163,8 +170,15 @@ void judge(const std::string& text, const Conversion& conversion, const std::str
     if (judgement == Judgement::characters) require(!by_characters(lost, from, to));
     if (judgement == Judgement::strict) require(!by_iconv(lost, from, to));
   }
-  if (judgement == Judgement::none || (judgement == Judgement::whole && (text.empty() || !conversion.losses.empty()))) return;
+  if (judgement == Judgement::none || (judgement == Judgement::whole && (text.empty() || !conversion.losses.empty())))
+    return;
   if (joined(by_iconv, text, conversion.losses, from, to) == conversion.text) return;
+  if (judgement == Judgement::whole) {
+    const auto codes = to_codes(iconv_of("UTF-8").decode(from == "UTF-8" ? text : conversion.text).value_or(u""));
+    const auto& page = from == "UTF-8" ? to : from;
+    require(std::any_of(codes.begin(), codes.end(), [&](char32_t code) { return has_otherwise(code, page); }));
+    return;
+  }
   require(judgement == Judgement::characters);
   require(joined(by_characters, text, conversion.losses, from, to) == conversion.text);
 }
