@@ -230,11 +230,39 @@ void check_local_transform(const std::string& text, const Conversion& whole, con
   require(Korvane::qardatainterfaces::text(out) == whole.text && output.text().empty() == whole.losses.empty());
 }
 
+/// Any name asks for an encoding, or is refused everywhere.
+void check_name(const std::string& name) {
+  const auto is_refused = [](auto&& task) {
+    try {
+      task();
+      return false;
+    } catch (const ku::i18n::CvtExceptionBase& e) {
+      require(*e.what() != '\0');
+      return true;
+    } catch (const Korvane::rtxi18nutil::DeployedException&) {
+      return true;
+    }
+  };
+  const bool refused = is_refused([&] { ku::i18n::codecvt_string_to_ustring(name, true); });
+  require(refused == is_refused([&] { Transcoder(name, name); }));
+  require(refused == is_refused([&] { Recorder(name, "UTF-8", QARCodePageTransform::OnLoss::fail); }));
+  if (name.empty() || name.find_first_of(std::string_view("@\0", 2)) != name.npos) return;  // not as that of a locale
+  ku::i18n::ZrLocale::global(ku::i18n::ZrLocale("en_US." + name));
+  require(refused == is_refused([&] {
+            const CapturedOutput output;
+            QARByteArray out;
+            QARMetaData meta;
+            LCPToUTF8Transform().transform(QARByteArray(std::string("a")), out, meta);
+          }));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
-  const auto& encoding = input.one_of(encodings());
+  const auto choices = input.number();
+  if (choices == 255) return check_name(input.text(40)), 0;
+  const auto& encoding = encodings()[choices % encodings().size()];
   const auto choice = input.number();
   const bool decodes = choice % 2 == 1;
   // What is converted at once may begin and end anywhere in the text.
