@@ -4,11 +4,13 @@
 #include <CodePageSurvey.hpp>
 #include <ku/i18n/Transcoder.hpp>
 #include <ku/i18n/codecvt.hpp>
+#include <texts.hpp>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <iomanip>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -129,6 +131,51 @@ TEST_P(Windows, ConvertEveryFragmentAlikeWhereverItStands) {
       ASSERT_EQ(by_transcoder(source, target, text, 50, Transcoder::least_room + number % 64, false), expected)
           << filling << " x " << before << testing::PrintToString(fragment);
     }
+}
+
+// In the midst of each filling. Before that, the tables learn what there is.
+TEST_P(Windows, ConvertEveryCharacterAndTellWhichAreLacking) {
+  const auto& [source, target, fillings] = GetParam();
+  codecvt_ustring_to_string to_source(source, false), to_target(target, false);
+  codecvt_string_to_ustring from_source(source, false);
+  const auto encoded = [](auto& converter, const std::u16string& units) -> std::optional<std::string> {
+    try {
+      return converter.convert(units.data(), units.size());
+    } catch (const CvtInvalidCharacter&) {
+      return std::nullopt;
+    }
+  };
+  const auto substitute = by_converters("UTF-8", target, "\U0001FFFF").bytes;
+  std::vector<std::pair<std::string, std::string>> characters;
+  std::string learnt;
+  std::size_t lacking = 0;
+  for (char32_t code = 1; code <= 0x10FFFF; code += code < 0x10000 ? 1 : 0xFF) {  // which meets the end of each plane
+    const auto bytes = encoded(to_source, to_utf16(code));
+    if (!bytes) continue;
+    const auto expected = encoded(to_target, from_source.convert(bytes->data(), bytes->size()));
+    characters.emplace_back(*bytes, expected.value_or(substitute));
+    learnt += *bytes;
+    lacking += !expected;
+  }
+  by_transcoder(source, target, learnt, learnt.size(), 4 * learnt.size(), false);
+  for (const auto& filling : fillings) {
+    const auto rest = repeated(filling, 100 / filling.size());
+    const auto rest_expected = by_converters(source, target, rest);
+    if (rest_expected.lossy_output) continue;
+    std::string text, expected;
+    for (const auto& [bytes, converted] : characters) {
+      text += bytes + rest;
+      expected += converted + rest_expected.bytes;
+    }
+    const auto result = by_transcoder(source, target, text, text.size(), expected.size() + 1000, true);
+    EXPECT_EQ(std::count(result.losses.begin(), result.losses.end(), ';'), lacking) << filling;
+    std::size_t at = 0;
+    for (const auto& [bytes, converted] : characters) {
+      ASSERT_EQ(result.bytes.substr(at, converted.size()), converted) << filling << testing::PrintToString(bytes);
+      at += converted.size() + rest_expected.bytes.size();
+    }
+    ASSERT_TRUE(result.bytes == expected) << filling;
+  }
 }
 
 // ASCII up to the end of the room, or a few bytes short of it, and then each of the fillings.

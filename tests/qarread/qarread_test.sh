@@ -63,7 +63,7 @@ expect 0 '日本語\n' '' $sjis --lcp-to-utf8 txt sjis.txt
 expect 0 '\x93\xfa\x96\x7b\x8c\xea\n' '' $sjis --utf8-to-lcp log utf8.log
 expect 0 '日�\n日本語\n' 'qarread: broken.txt: Invalid character was detected.' $sjis --lcp-to-utf8 txt broken.txt sjis.txt
 expect 0 'br\xfbl\xe9e ?4\n' 'qarread: euro.log: Invalid character was detected.' $latin1 --utf8-to-lcp log euro.log
-expect 2 '' $'qarread: The encoding "nonsense" is refused: *\nusage: *' --locale de_DE.nonsense --lcp-to-utf8 txt latin1.txt
+expect 2 '' $'qarread: the locale de_DE.nonsense: The encoding "nonsense" is refused: *\nusage: *' --locale de_DE.nonsense --lcp-to-utf8 txt latin1.txt
 with=(env LC_ALL=de_DE.ISO-8859-1)
 expect 0 'Gr\xc3\xbc\xc3\x9fe\n' '' --lcp-to-utf8 txt latin1.txt
 with=(env)
@@ -83,14 +83,14 @@ ln -s /proc/self/mem unreadable.txt
 long_name=$(printf 'x%.0s' {1..300})
 expect 1 'nowhere/at/allGr\xfc\xdfe\n' 'qarread: missing: The file "missing" does not exist. (No such file or directory)
 qarread: dir: "dir" is neither a regular file nor a symbolic link.
-qarread: x*x: boost::filesystem::is_symlink: File name too long*: "x*x"' dangling missing dir "$long_name" latin1.txt
+qarread: x*x: cannot be examined (File name too long)' dangling missing dir "$long_name" latin1.txt
 expect 1 '' 'qarread: dir: The file "dir" cannot be opened: * (Is a directory)' --runtime dir
-expect 1 '' 'qarread: /proc/self/mem: reading failed with status -1001 (Input/output error)' /proc/self/mem
-expect 1 '' 'qarread: unreadable.txt: reading failed with status -1001 (Input/output error)' --runtime --lcp-to-utf8 txt unreadable.txt
+expect 1 '' 'qarread: /proc/self/mem: cannot be read (Input/output error)' /proc/self/mem
+expect 1 '' 'qarread: unreadable.txt: cannot be read (Input/output error)' --runtime --lcp-to-utf8 txt unreadable.txt
 expect 1 '' 'qarread: /proc/self/exe: the link does not tell its target (Invalid argument)' /proc/self/exe
 table '*' 1 '- - - - QARDATAINTERFACES_FILE_NOT_EXIST missing
 - - - - QARDATAINTERFACES_FILE_NOT_EXIST \xFF
-plain - 0 - -1001 /proc/self/mem
+plain - 0 - not_good /proc/self/mem
 plain - 256 256 ok bytes' missing $'\xff' /proc/self/mem bytes
 
 # Files that do not tell their size, of which the second is large; in chunks and whole.
@@ -109,7 +109,9 @@ for arguments in bytes '--stat bytes' '--catalogue bytes' --help; do
 done
 case='closed pipe'
 { "$program" long long; echo $? >"$work/status"; } 2>"$work/err" | head -c 1 >/dev/null
-[ "$(<"$work/status") $(<"$work/err")" = '1 qarread: standard output: Broken pipe' ] || wrong "$(<"$work/err")"
+[ "$(<"$work/status") $(<"$work/err")" = '141 ' ] || wrong "$(<"$work/status") $(<"$work/err")"
+(trap '' PIPE; "$program" long long; echo $? >"$work/status") 2>"$work/err" | head -c 1 >/dev/null
+[ "$(<"$work/status") $(<"$work/err")" = '1 ' ] || wrong "with SIGPIPE ignored: $(<"$work/status") $(<"$work/err")"
 "$program" bytes >&- 2>/dev/null && wrong 'closed output'
 case='output that takes a part only'
 (trap '' XFSZ; ulimit -f 100; "$program" --chunk 9999999 long >"$work/out" 2>/dev/null) && wrong 'succeeded'
@@ -140,7 +142,7 @@ order=$("$program" -r --stat tree/ tree/b/c 2>/dev/null | sed '1d; s/.* //')
 expect 1 'plain      10\nplain      2\nplain      B/z\nplain      a.d/f\nplain      b.x\nplain      b/c/10
 plain      b/c/2\nlink       b/up\nplain      𝄞\nplain      ！\n' 'qarread: tree/fifo: *' -r --catalogue tree tree/b/c
 chmod 000 dir
-[ -r dir ] || expect 1 'Gr\xfc\xdfe\n' 'qarread: dir: Permission denied' -r dir latin1.txt
+[ -r dir ] || expect 1 'Gr\xfc\xdfe\n' 'qarread: dir: cannot be listed (Permission denied)' -r dir latin1.txt
 
 # Names never reach the terminal as they are.
 odd=$'a\n\e[2J\\\xc2\x85é'
