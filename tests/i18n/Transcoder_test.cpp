@@ -264,6 +264,7 @@ TEST(Losses, AreToldInTheOrderOfTheInput) {
       {"UTF-32BE", "UTF-8", "\0\0\0a\0\x11\0\0\0\0\xD8\0\0"s, "4+4 malformed; 8+4 malformed; 12+1 malformed; "},
       {"ISO-2022-JP", "ISO-8859-1", "a\x1B$B\x46\x7C\x1B(B\xE9z", "4+2 U+65E5; 9+1 malformed; "},
       {"UTF-7", "UTF-8", "a+\x01z"s, "1+1 malformed; 2+1 malformed; "},
+      {"UTF-7", "UTF-8", "a+2D3eA-z", "2+2 U+D83D; 4+4 malformed; "},
       {"UTF-8", "ISO-2022-JP", "日한\xC3本😀", "3+3 U+D55C; 6+1 malformed; 10+4 U+1F600; "},
       {"UTF-8", "Big5-HKSCS", "\u00CAx\u00CA😀", "5+4 U+1F600; "}};
   for (const auto& [from, to, text, losses] : cases)
