@@ -15,18 +15,18 @@ using nlohmann::json;
 using qarread::toJsonText;
 
 constexpr unsigned format = 1;
-constexpr int deepest = 4;  // the digits of a text that is no UTF-8
+constexpr int deepest = 4;  // the nesting of a text that is not UTF-8, which is an object
 
 std::string toText(const json& value) try {
   return qarread::fromJsonText(value);
 } catch (const std::invalid_argument&) {
-  throw BadArchive("the description has digits that are none");
+  throw BadArchive("the description has an invalid hexadecimal text");
 }
 
 json fromName(const std::u16string& name) { return toJsonText(QARPath::toNative(name)); }
 std::u16string toName(const json& value) { return QARPath::fromNative(toText(value)); }
 
-/// Unlike `get`, these convert nothing: another type is an error.
+/// Unlike `get`, these functions convert nothing: a value of another type is an error.
 bool toFlag(const json& value) { return value.get_ref<const json::boolean_t&>(); }
 std::uint64_t toNumber(const json& value) { return value.get_ref<const json::number_unsigned_t&>(); }
 const json::array_t& toList(const json& value) { return value.get_ref<const json::array_t&>(); }
@@ -40,7 +40,7 @@ json parse(const std::string& text) {
 
 }  // namespace
 
-// Values go in one by one: in an initialiser list they would be copied.
+// Values are added one by one, since an initialiser list would copy them.
 std::string Description::toJson() {
   json all;
   all["format"] = format;

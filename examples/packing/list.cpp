@@ -1,4 +1,4 @@
-// Tells what is in an archive: `list --help`.
+// Lists the content of an archive: see `list --help`.
 
 #include "../Output.hpp"
 #include "../printable.hpp"
@@ -23,7 +23,7 @@ struct Row {
   std::string kind, size, name, target;
 };
 
-/// Reads all content, so that damage is found.
+/// Reads all content to detect damage.
 class ToRows final : public EntryConsumer {
 public:
   explicit ToRows(std::vector<Row>& rows) : rows_(rows) {}

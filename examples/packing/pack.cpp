@@ -1,4 +1,4 @@
-// Makes an archive of a directory: `pack --help`.
+// Packs a directory into an archive: see `pack --help`.
 
 #include "../Conversions.hpp"
 #include "../UsageError.hpp"
@@ -18,7 +18,7 @@ namespace {
 
 using Korvane::qardatainterfaces::QARPath;
 
-/// The time of every entry: the one that all programs of a reproducible build agree on.
+/// The time of every entry: SOURCE_DATE_EPOCH, as usual in reproducible builds.
 std::time_t sourceDate() {
   const char* const text = std::getenv("SOURCE_DATE_EPOCH");
   if (text == nullptr) return 0;

@@ -23,7 +23,7 @@ namespace di = Korvane::qardatainterfaces;
 using di::QARPath;
 using qarread::Found;
 
-/// One run through a directory.
+/// Packs one directory.
 class Packing {
 public:
   Packing(const std::string& archive, const PackOptions& options, di::QARFileReaderFactory& factory,
@@ -98,7 +98,7 @@ void Packing::pack(const Found& found) {
 }
 
 Fingerprint Packing::packLink(const std::string& name, di::QARFileReader& reader) {
-  const auto& content = reader.readAll();  // in chunks, each would begin anew
+  const auto& content = reader.readAll();  // each chunk read of a link would start again at its beginning
   if (const auto reason = reader.readError()) throw std::system_error(reason, name);
   const std::string target(content.begin(), content.end());
   if (mayLeadOut(name, target)) remark_(name, "the link may lead out of the directory; unpack will refuse it");
@@ -119,7 +119,7 @@ Fingerprint Packing::packAsItIs(const std::string& name, const struct stat& stat
   return writer_.endFile();
 }
 
-// Its size is known when all of it is.
+// The size is known only after the whole content has been converted.
 Fingerprint Packing::packConverted(const std::string& name, const struct stat& status, di::QARFileReader& reader,
                                    di::QARMetaData& meta) {
   const auto& content = reader.readAll(meta);

@@ -1,4 +1,4 @@
-// Makes a directory from an archive: `unpack --help`.
+// Unpacks an archive into a directory: see `unpack --help`.
 
 #include "../Conversions.hpp"
 #include "limitOptions.hpp"

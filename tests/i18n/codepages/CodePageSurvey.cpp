@@ -24,16 +24,6 @@ using Encoder = ku::i18n::codecvt_ustring_to_string;
 
 constexpr char32_t block_size = 0x100;
 
-std::u32string to_codes(const std::u16string& text) {
-  std::u32string codes;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool pair = (text[i] & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
-    codes += pair ? char32_t{0x10000} + ((text[i] & 0x3FFU) << 10) + (text[i + 1] & 0x3FFU) : char32_t{text[i]};
-    if (pair) ++i;
-  }
-  return codes;
-}
-
 std::string hexadecimal(char32_t code) {
   std::ostringstream text;
   text << std::hex << std::uppercase << std::setfill('0') << std::setw(4) << static_cast<std::uint32_t>(code);
