@@ -2,7 +2,7 @@
 # Tests of the example program as a shell sees it: tests/qarread/qarread_test.sh PROGRAM DEMO
 # shellcheck disable=SC2002,SC2053,SC2059,SC2086  # patterns, formats and lists of arguments are passed about in variables
 set -uo pipefail
-program=$(realpath "$1") demo=$(realpath "$2")
+program=$(realpath "$1") demo=$(realpath "$2") manual=$(realpath "$(dirname "$0")/../../docs/qarread.1")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/files" && cd "$work/files" || exit 1
@@ -193,6 +193,10 @@ with=(env LC_ALL=de_DE.nonsense)
 expect 0 'Gr\xfc\xdfe\n' '' latin1.txt
 expect 2 '' 'qarread: the locale de_DE.nonsense: *' --lcp-to-utf8 txt latin1.txt
 with=(env)
+case='the manual'
+for option in $("$program" --help | grep -oE -e '--[a-z0-9-]+' | sort -u); do
+  grep -q -e "Fl -${option#--}\>" "$manual" || wrong "$option is missing"
+done
 for help in -h --help '--help --stat --catalogue'; do
   case=$help
   "$program" $help | grep -q '^usage: qarread \[-r\] ' || wrong 'no usage'
