@@ -242,6 +242,22 @@ TEST_P(Pieces, DoNotMatter) {
         << cut;
 }
 
+// Every character of the page at the end of rooms of every size.
+TEST_P(Pieces, KeepWithinTheRoom) {
+  const auto& page = GetParam();
+  std::u16string units;
+  for (char32_t code = 1; code < 0x10000; code += code < 0x3100 || code > 0xD7FF ? 1 : 61)
+    if (code < 0xD800 || code > 0xDFFF) units += static_cast<char16_t>(code);
+  const auto encoded = codecvt_ustring_to_string(page, true).convert(units.data(), units.size());
+  const auto decoded = by_converters(page, "UTF-8", encoded).bytes;  // without most of what the page lacks
+  for (std::size_t more = 0; more < 8; more += 3) {
+    const auto room = Transcoder::least_room + more;
+    EXPECT_TRUE(by_transcoder("UTF-8", page, decoded, 300, room, false).bytes ==
+                by_converters("UTF-8", page, decoded).bytes);
+    EXPECT_TRUE(by_transcoder(page, "UTF-8", encoded, 300, room, false).bytes == decoded);
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(AllCodePages, Pieces, testing::ValuesIn(code_page_names()));
 
 TEST(Transcoder, RefusesWhatTheConvertersRefuse) {
