@@ -23,7 +23,7 @@ using ku::i18n::Transcoder;
 
 /// How the result for an encoding is judged.
 enum class Judgement {
-  whole,       ///< by iconv; without losses only, since the encoding has states
+  whole,       ///< by iconv, if there are neither losses nor characters that it has otherwise: there are states
   characters,  ///< by iconv from loss to loss; where iconv has other characters, character by character
   strict,      ///< by iconv from loss to loss
   none         ///< only by the other converters: iconv has another idea of the encoding, or none
@@ -131,6 +131,13 @@ std::optional<std::string> by_characters(const std::string& text, const std::str
   return result;
 }
 
+/// Whether iconv and the library have this character otherwise.
+bool has_otherwise(char32_t code, const std::string& page) {
+  const auto theirs = iconv_of(page).encode(code);
+  auto& ours = kept<Ours>(page);
+  return ours.encode(code) != theirs || (theirs && ours.decode(*theirs) != iconv_of(page).decode(*theirs));
+}
+
 /// What the text becomes if `converter` converts what is between the losses.
 template <class Converter>
 std::optional<std::string> joined(Converter converter, const std::string& text,
@@ -163,8 +170,15 @@ void judge(const std::string& text, const Conversion& conversion, const std::str
     if (judgement == Judgement::characters) require(!by_characters(lost, from, to));
     if (judgement == Judgement::strict) require(!by_iconv(lost, from, to));
   }
-  if (judgement == Judgement::none || (judgement == Judgement::whole && (text.empty() || !conversion.losses.empty()))) return;
+  if (judgement == Judgement::none || (judgement == Judgement::whole && (text.empty() || !conversion.losses.empty())))
+    return;
   if (joined(by_iconv, text, conversion.losses, from, to) == conversion.text) return;
+  if (judgement == Judgement::whole) {
+    const auto codes = to_codes(iconv_of("UTF-8").decode(from == "UTF-8" ? text : conversion.text).value_or(u""));
+    const auto& page = from == "UTF-8" ? to : from;
+    require(std::any_of(codes.begin(), codes.end(), [&](char32_t code) { return has_otherwise(code, page); }));
+    return;
+  }
   require(judgement == Judgement::characters);
   require(joined(by_characters, text, conversion.losses, from, to) == conversion.text);
 }
@@ -216,11 +230,39 @@ void check_local_transform(const std::string& text, const Conversion& whole, con
   require(Korvane::qardatainterfaces::text(out) == whole.text && output.text().empty() == whole.losses.empty());
 }
 
+/// Any name asks for an encoding, or is refused everywhere.
+void check_name(const std::string& name) {
+  const auto is_refused = [](auto&& task) {
+    try {
+      task();
+      return false;
+    } catch (const ku::i18n::CvtExceptionBase& e) {
+      require(*e.what() != '\0');
+      return true;
+    } catch (const Korvane::rtxi18nutil::DeployedException&) {
+      return true;
+    }
+  };
+  const bool refused = is_refused([&] { ku::i18n::codecvt_string_to_ustring(name, true); });
+  require(refused == is_refused([&] { Transcoder(name, name); }));
+  require(refused == is_refused([&] { Recorder(name, "UTF-8", QARCodePageTransform::OnLoss::fail); }));
+  if (name.empty() || name.find_first_of(std::string_view("@\0", 2)) != name.npos) return;  // not as that of a locale
+  ku::i18n::ZrLocale::global(ku::i18n::ZrLocale("en_US." + name));
+  require(refused == is_refused([&] {
+            const CapturedOutput output;
+            QARByteArray out;
+            QARMetaData meta;
+            LCPToUTF8Transform().transform(QARByteArray(std::string("a")), out, meta);
+          }));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
-  const auto& encoding = input.one_of(encodings());
+  const auto choices = input.number();
+  if (choices == 255) return check_name(input.text(40)), 0;
+  const auto& encoding = encodings()[choices % encodings().size()];
   const auto choice = input.number();
   const bool decodes = choice % 2 == 1;
   // What is converted at once may begin and end anywhere in the text.

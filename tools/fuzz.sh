@@ -19,7 +19,7 @@ fuzz() {
   [ "$target" != unpacking ] || longest=4096
   mkdir -p "$build/found/$target"
   if "$build/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=60 -max_len="$longest" -entropic=0 -detect_leaks=0 \
-    -print_final_stats=1 -artifact_prefix="$build/found/$target-" "$build/found/$target" "$corpora/$target" 2>"$log"; then
+    -print_final_stats=1 -artifact_prefix="$build/found/$target-" "$build/found/$target" "$corpora/$target" >"$log" 2>&1; then
     awk -v target="$target" '/_executed_units:/ { all = $2 } /average_exec_per_sec:/ { each = $2 }
       END { printf "%-12s %9d executions, %6d a second\n", target, all, each }' "$log"
     return

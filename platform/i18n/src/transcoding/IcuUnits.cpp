@@ -56,7 +56,8 @@ void IcuUnits::decode_part(const char* bytes, std::size_t count, bool last, std:
     } else {
       add_lone_lead(block);
       if (U16_IS_LEAD(*unit)) {
-        lead_ = Lead{*unit, start_};
+        lead_ = Lead{*unit, start_, end - start_};
+        if (is_last) start_ = end;
       } else {
         block.add(start_, *unit, end - start_);
         if (is_last) start_ = end;
@@ -68,7 +69,7 @@ void IcuUnits::decode_part(const char* bytes, std::size_t count, bool last, std:
 }
 
 void IcuUnits::add_lone_lead(CharacterBlock& block) noexcept {
-  if (lead_) block.add(lead_->offset, lead_->unit, start_ - lead_->offset);
+  if (lead_) block.add(lead_->offset, lead_->unit, lead_->length);
   lead_.reset();
 }
 
