@@ -1,4 +1,4 @@
-// What people wrote in the encodings of their languages.
+// Real text in the encodings of its languages.
 
 #include <ku/i18n/codecvt.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>

@@ -2,15 +2,15 @@
 
 #include <cstddef>
 
-/// The allocator of this program, which counts and fails for each thread by itself: `operator new`, the C library's
-/// functions and through them ICU's all come here. Link support/Allocator.cpp; sanitizers have one of their own.
+/// An allocator for tests, which counts and fails for each thread separately. It replaces `operator new` and the C
+/// library's functions, which ICU uses. Link support/Allocator.cpp; not under sanitizers, which have their own.
 struct Allocator {
-  /// From now on, the n-th allocation of this thread fails, and with `lasting` every later one. n counts from 1.
+  /// Makes the n-th allocation of this thread from now on fail, and with `lasting` every later one. n counts from 1.
   static void fail_at(std::size_t n, bool lasting) noexcept;
-  /// Ends that, and tells whether any has failed.
+  /// Ends the failing, and returns whether any allocation has failed.
   static bool stop_failing() noexcept;
 
-  /// What this thread has asked for.
+  /// The allocations of this thread.
   struct Counts {
     std::size_t calls;   ///< that gave memory, or more of it
     std::size_t bytes;   ///< that they gave
