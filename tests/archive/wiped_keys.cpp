@@ -1,5 +1,5 @@
-// Searches every block that is freed for the bytes of a key. Built at every level of optimisation, since a compiler
-// may remove the overwriting.
+// Searches every block that is freed for the bytes of a key. Built by each compiler as for packages, and with full
+// optimisation, since a compiler may remove the overwriting.
 #include <qardatainterfaces/QARContext.hpp>
 
 #include <cstdio>

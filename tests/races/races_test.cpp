@@ -1,6 +1,7 @@
 // Concurrent changes of a path or of the process.
 
 #include "support/TemporaryDirectory.hpp"
+#include "support/Watchdog.hpp"
 #include "support/content.hpp"
 
 #include <CodePageSurvey.hpp>
@@ -57,6 +58,7 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
   });
   std::map<std::string, int> outcomes;
   while (!done) {
+    const Watchdog watchdog(20, "a reader, perhaps on the FIFO, which has no writer");
     try {
       const auto reader = factory.getReader(path);
       // Something else may replace the link between the two system calls of its reader, which then has no content.
