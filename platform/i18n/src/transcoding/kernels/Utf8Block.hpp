@@ -49,7 +49,7 @@ public:
     return true;
   }
 
-  /// Whether the block has only characters of up to three bytes, or surrogates, which are malformed.
+  /// Whether the text, from the start of a character, has but characters of up to three bytes, or surrogates.
   bool is_simple() const noexcept { return !is_unusual_ && has_form(0, 0); }
   /// The same, without surrogates.
   bool is_simple_text() const noexcept { return is_simple() && (!may_have_surrogates_ || has_valid_seconds()); }
