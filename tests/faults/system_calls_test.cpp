@@ -28,7 +28,7 @@ namespace {
 
 constexpr int cut_short = -1;
 
-// What happens to the calls of the library, which all come here.
+// The fault to inject into the library's system calls, which all come here.
 struct Fault {
   std::size_t countdown = 0;             // 0: nothing; 1: the next call
   std::vector<int> errors = {};          // of that call and of those behind it
@@ -197,8 +197,8 @@ TEST_F(SystemCalls, FailWithoutDoingHarm) {
   EXPECT_GT(injected, 400U);
 }
 
-// Some regular files have nothing to read now and then: they are waited for, although they are opened so as not to
-// wait.
+// Some regular files temporarily have nothing to read. The library waits for them, although it opens them with
+// O_NONBLOCK.
 TEST_F(SystemCalls, WaitForWhatARegularFileWillHave) {
   const auto path = directory.file("plain", "content");
   for (std::size_t way = 2; way < 5; ++way)

@@ -37,7 +37,7 @@ Allocator::Counts of(Task task) {
   return {after.calls - before.calls, after.bytes - before.bytes, 0, 0, after.live_bytes - before.live_bytes};
 }
 
-// Of the second time that `task` runs: what is kept from the first is not a matter of each operation.
+// Counts the second run of `task`, since the first one also initialises caches.
 template <class Task>
 void expect_bytes(std::size_t least, std::size_t most, Task task) {
   task();
@@ -131,7 +131,7 @@ TEST(Allocations, ATransformTakesItsOutputAndATenthOfItsInput) {
   }
 }
 
-// Which call asks for the status of a file is up to the versions of Boost and of the C library.
+// Which system call queries the status of a file depends on the versions of Boost and of the C library.
 std::vector<long> calls_by_purpose(const std::function<void()>& task) {
   auto calls = system_calls_of(task);
   for (auto& call : calls)

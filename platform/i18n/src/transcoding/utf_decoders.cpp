@@ -51,7 +51,7 @@ private:
     std::size_t length;
   };
 
-  // What the text begins with; length 0 if more bytes have to be seen.
+  // The first character of the text; length 0 if more bytes are needed.
   static First first(const char* from, std::size_t left, bool last) noexcept {
     if (left < 2) return {malformed, last ? left : 0};
     const char32_t unit = get_wide<char16_t, order>(from);
