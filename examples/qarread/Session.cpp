@@ -117,7 +117,7 @@ void Session::read(const Found& found) {
   auto notices = notices_.take();
   for (std::string line; std::getline(notices, line);) tell(path, line);
   if (failure) fail(path, failure->text);
-  
+  if (record.findings && record.findings->losses() > 0) succeeded_ = false;
 }
 
 Source Session::open(const Found& found) {
