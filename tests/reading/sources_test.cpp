@@ -272,6 +272,8 @@ private:
       {"leased", [&] { lease(); }},
       {"vanished",
        [&] { kind_.input == Kind::link ? redirect(content) : fill(content), once_open_ = [&] { remove(); }; }},
+      {"returned",
+       [&] { redirect(content), once_open_ = [&] { remove(); }, in_between_ = [&] { redirect(content); }; }},
       {"replaced", [&] { redirect("gone"), once_open_ = [&] { remove(), fill(content); }; }},
       {"grown", [&] { fill("con"), once_open_ = [&] { fill(content); }; }},
       {"shrunk", [&] { fill(content), once_open_ = [&] { fs::resize_file(directory_.native(name_), 3); }; }},
