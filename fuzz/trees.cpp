@@ -63,8 +63,9 @@ std::string found(QARFileReaderFactory& factory, const std::u16string& path, boo
   if (whole.size() % 2 == 0) return "content " + whole;
   std::string chunks;
   QARMetaData meta;
-  do chunks += chunk(*reader, 5, meta);
-  while (reader->more());
+  do {
+    chunks += chunk(*reader, 5, meta);
+  } while (reader->more());
   require(chunks == whole || (chunks == whole.substr(0, 5) && reader->ready() == 0));  // a link has no place in it
   return "content " + whole;
 } catch (const Korvane::rtxi18nutil::DeployedException& e) {

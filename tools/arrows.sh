@@ -23,8 +23,9 @@ find src include platform -name '*.[ch]pp' | LC_ALL=C sort | awk '
     allow("messages", "locale platform")
     allow("paths", "locale converters platform")
     allow("converters", "locale platform")
-    allow("transcoding", "converters transcoding/kernels platform")
+    allow("transcoding", "converters transcoding/kernels transcoding/kernels/avx2 platform")
     allow("transcoding/kernels", "")
+    allow("transcoding/kernels/avx2", "transcoding/kernels")
     allow("platform", "")   # the public headers of the stand-ins
     allow("resources", "platform")
     allow("codepages", "platform")

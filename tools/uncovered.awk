@@ -42,7 +42,7 @@ $2 ~ /Branch .*True/ {  # once for each instance of a template
 # The number of the entry that accepts the uncovered line; 0 if there is none.
 function entry_for(place,   number) {
   for (number in entry_file)
-    if (index(file_of[place], "/" entry_file[number] ":") && index(text[place], entry_text[number])) return number
+    if (index("/" file_of[place], "/" entry_file[number] ":") && index(text[place], entry_text[number])) return number
   return 0
 }
 

@@ -57,18 +57,13 @@ CommandLine::CommandLine()
     app_.add_flag(name, value, text)->disable_flag_override();
   };
   const auto addMode = [this](const char* name, Mode mode, const char* text) {
-    const auto set = [this, name, mode] {
-      if (options_.mode != Mode::content && options_.mode != mode)
-        throw UsageError(std::string(name) + " excludes the other modes");
-      options_.mode = mode;
-    };
-    app_.add_flag_callback(name, set, text)->disable_flag_override();
+    app_.add_flag_callback(
+            name, [this, mode] { modes_.insert(mode); }, text)
+        ->disable_flag_override();
   };
   addFlag("-r", options_.recursive, "Also read what is below directories; links are not followed");
   addFlag("--runtime", options_.runtime, "Choose readers by extension alone, as at run time: links are followed");
-  app_.add_option_function<std::string>(
-          "--chunk", [this](const std::string& text) { options_.chunk = parseChunk(text); }, "Read N bytes at a time")
-      ->type_name("N");
+  app_.add_option("--chunk", chunk_, "Read N bytes at a time")->type_name("N");
   addMode("--stat", Mode::stat, "Instead of content: reader, transform, bytes in and out, status and path");
   addMode("--check", Mode::check, "Instead of content: what conversions lose, and whether files come back");
   addMode("--catalogue", Mode::catalogue, "Instead of content: the entries of an archive catalogue, in its order");
@@ -95,7 +90,8 @@ std::optional<std::string> CommandLine::parse(int argc, char** argv) {
     throw UsageError(error.what());
   }
   takePaths();
-  checkTogether();
+  takeMode();
+  if (!chunk_.empty()) options_.chunk = parseChunk(chunk_);
   return std::nullopt;
 }
 
@@ -109,14 +105,16 @@ void CommandLine::takePaths() {
     else
       options_.paths.push_back(std::move(argument));
   }
-}
-
-void CommandLine::checkTogether() const {
-  if (options_.json && options_.mode != Mode::stat && options_.mode != Mode::check)
-    throw UsageError("--json needs --stat or --check");
   if (options_.namesFile && !options_.paths.empty())
     throw UsageError("with --files0-from, no path can be on the command line");
   if (!options_.namesFile && options_.paths.empty()) throw UsageError("a path is missing");
+}
+
+void CommandLine::takeMode() {
+  if (modes_.size() > 1) throw UsageError("--stat, --check and --catalogue exclude each other");
+  if (!modes_.empty()) options_.mode = *modes_.begin();
+  if (options_.json && options_.mode != Mode::stat && options_.mode != Mode::check)
+    throw UsageError("--json needs --stat or --check");
 }
 
 }  // namespace qarread

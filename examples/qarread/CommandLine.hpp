@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include <optional>
+#include <set>
 #include <string>
 
 namespace qarread {
@@ -30,10 +31,12 @@ public:
 
 private:
   void takePaths();
-  void checkTogether() const;
+  void takeMode();
 
   CLI::App app_;
   Options options_;
+  std::set<Mode> modes_;
+  std::string chunk_;
   Conversions conversions_;
 };
 

@@ -194,15 +194,17 @@ using namespace std::string_literals;
 INSTANTIATE_TEST_SUITE_P(
     Routes, Windows,
     testing::Values(Case{"KOI8-R", "UTF-8", {"a", "\xC1"}}, Case{"windows-1252", "UTF-8", {"a", "\x80", "aa\xE9"}},
-                    Case{"ISO-8859-7", "UTF-8", {"\xE1"}}, Case{"IBM037", "UTF-8", {"\x81"}},
-                    Case{"Shift_JIS", "UTF-8", {"a", "\xB1", "\x93\xFA"}},
+                    Case{"ISO-8859-1", "UTF-8", {"a", "\x80", "aa\xE9"}}, Case{"ISO-8859-7", "UTF-8", {"\xE1"}},
+                    Case{"IBM037", "UTF-8", {"\x81"}}, Case{"Shift_JIS", "UTF-8", {"a", "\xB1", "\x93\xFA"}},
                     Case{"EUC-JP", "UTF-8", {"a", "\x8F\xB0\xA1"}}, Case{"GB18030", "UTF-8", {"\x81\x39\xEF\x30"}},
                     Case{"UTF-16LE", "UTF-8", {"a\0"s, "\xE5\x65"s, "\x3D\xD8\x00\xDE"s, "a\0\xE9\0"s}},
-                    Case{"UTF-16BE", "UTF-8", {"\0a"s, "\x04\x30"s}}, Case{"UTF-32LE", "UTF-8", {"\x30\x04\0\0"s}},
-                    Case{"UTF-8", "UTF-16LE", {"a", "я", "日", "😀"}}, Case{"UTF-8", "UTF-16BE", {"aé"}},
-                    Case{"UTF-8", "UTF-32BE", {"日"}}, Case{"UTF-8", "UTF-8", {"a", "я", "日", "😀"}},
+                    Case{"UTF-16BE", "UTF-8", {"\0a"s, "\x04\x30"s, "\xD8\x3D\xDE\x00\0a"s}},
+                    Case{"UTF-32LE", "UTF-8", {"\x30\x04\0\0"s}}, Case{"UTF-8", "UTF-16LE", {"a", "я", "日", "😀"}},
+                    Case{"UTF-8", "UTF-16BE", {"aé", "😀é日"}}, Case{"UTF-8", "UTF-32BE", {"日"}},
+                    Case{"UTF-8", "UTF-8", {"a", "я", "日", "😀"}},
                     Case{"UTF-8", "KOI8-R", {"я", "aя", std::string(30, 'a') + "─"}},
                     Case{"UTF-8", "ISO-8859-1", {"é", "aaé", "日"}}, Case{"UTF-8", "IBM037", {"a", "é"}},
+                    Case{"UTF-8", "TIS-620", {"ก", "aaก"}}, Case{"UTF-8", "windows-1258", {"đ", "aaaaaế", "₫ế"}},
                     Case{"UTF-8", "Shift_JIS", {"я", "日"}}, Case{"UTF-8", "GB18030", {"한", "😀"}},
                     Case{"UTF-8", "EUC-JP", {"日", "日a本я"}}, Case{"Shift_JIS", "EUC-JP", {"\x93\xFA"}}));
 
@@ -238,6 +240,22 @@ TEST_P(Pieces, DoNotMatter) {
     ASSERT_EQ(by_transcoder(page, "UTF-8", bytes.substr(0, cut), 1, 64, false),
               by_converters(page, "UTF-8", bytes.substr(0, cut)))
         << cut;
+}
+
+// Every character of the page at the end of rooms of every size.
+TEST_P(Pieces, KeepWithinTheRoom) {
+  const auto& page = GetParam();
+  std::u16string units;
+  for (char32_t code = 1; code < 0x10000; code += code < 0x3100 || code > 0xD7FF ? 1 : 61)
+    if (code < 0xD800 || code > 0xDFFF) units += static_cast<char16_t>(code);
+  const auto encoded = codecvt_ustring_to_string(page, true).convert(units.data(), units.size());
+  const auto decoded = by_converters(page, "UTF-8", encoded).bytes;  // without most of what the page lacks
+  for (std::size_t more = 0; more < 8; more += 3) {
+    const auto room = Transcoder::least_room + more;
+    EXPECT_TRUE(by_transcoder("UTF-8", page, decoded, 300, room, false).bytes ==
+                by_converters("UTF-8", page, decoded).bytes);
+    EXPECT_TRUE(by_transcoder(page, "UTF-8", encoded, 300, room, false).bytes == decoded);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(AllCodePages, Pieces, testing::ValuesIn(code_page_names()));

@@ -1,6 +1,7 @@
 // What others do to a path, or to the process, at the same time.
 
 #include "support/TemporaryDirectory.hpp"
+#include "support/Watchdog.hpp"
 #include "support/content.hpp"
 
 #include <CodePageSurvey.hpp>
@@ -57,6 +58,7 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
   });
   std::map<std::string, int> outcomes;
   while (!done) {
+    const Watchdog watchdog(20, "a reader, perhaps on the FIFO, which has no writer");
     try {
       const auto reader = factory.getReader(path);
       // Between its two looks at the link, a reader of links may meet anything else, and then has nothing.

@@ -49,9 +49,9 @@ protected:
   }
 };
 
-class CodePages : public RowTest {};
+class Losses : public RowTest {};
 
-TEST_P(CodePages, ReportWhatTheyLoseAndRefuseItIfToldTo) {
+TEST_P(Losses, AreReportedOrRefused) {
   const auto from = row.at(0), to = row.at(1), in = row.at(2), expected = row.at(3), losses = row.at(4);
   const bool keeps_all = losses.empty();
   const CapturedOutput output;
@@ -77,7 +77,7 @@ TEST_P(CodePages, ReportWhatTheyLoseAndRefuseItIfToldTo) {
   EXPECT_EQ(output.text(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(, CodePages, testing::ValuesIn(table("tests/transforms/losses.txt")), RowTest::name);
+INSTANTIATE_TEST_SUITE_P(, Losses, testing::ValuesIn(table("tests/transforms/losses.txt")), RowTest::name);
 
 // Kernels go by windows, decoders and encoders by blocks and runs.
 TEST(QARCodePageTransform, FindsALossWhereverItStands) {

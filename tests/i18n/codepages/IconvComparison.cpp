@@ -121,7 +121,13 @@ private:
     const auto theirs = judge_.encode(code);
     if (ours) count(code, *ours);
     if (has_states_ && theirs && ours_.decode(*theirs) != judge_.decode(*theirs)) read_otherwise_.ranges.add(code);
-    if (ours != theirs) (ours ? theirs ? other_bytes_ : more_ : lacking_).ranges.add(code);
+    if (ours != theirs) list_for(ours.has_value(), theirs.has_value(), lacking_, other_bytes_, more_).add(code);
+  }
+
+  // The list for a difference: iconv alone has a result, both have different ones, or the library alone has one.
+  static Ranges& list_for(bool ours, bool theirs, List& missing, List& different, List& additional) {
+    if (!ours) return missing.ranges;
+    return theirs ? different.ranges : additional.ranges;
   }
 
   void count(char32_t code, const std::string& bytes) {
@@ -145,7 +151,7 @@ private:
       if (ours != theirs) {
         char32_t number = 0;
         for (const char part : bytes) number = number << 8 | static_cast<unsigned char>(part);
-        (ours ? theirs ? read_otherwise_ : more_read_ : not_read_).ranges.add(number);
+        list_for(ours.has_value(), theirs.has_value(), not_read_, read_otherwise_, more_read_).add(number);
       }
       if (bytes.size() < 4 && !ours && (waits || (bytes.size() == 1 && !theirs))) compare_codes(bytes);
     }

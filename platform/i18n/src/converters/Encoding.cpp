@@ -123,6 +123,7 @@ Encoding::Encoding(const std::string& code_page) : name_(code_page) {
   substitute_ = find_substitute(icu);
   form_ = form_of(icu, name_);
   is_single_byte_ = icu.is_single_byte();
+  is_latin1_ = icu.type() == UCNV_LATIN_1;
   const bool is_stateless = form_ == Form::code_page || form_ == Form::utf8;
   is_superset_of_ascii_ = is_stateless && keeps_ascii(icu);
 }

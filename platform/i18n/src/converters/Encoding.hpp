@@ -29,6 +29,8 @@ public:
   };
   Form form() const noexcept { return form_; }
   bool is_single_byte() const noexcept { return is_single_byte_; }
+  /// Whether its bytes are the numbers of their characters: ISO 8859-1.
+  bool is_latin1() const noexcept { return is_latin1_; }
   /// Whether ASCII text has the same bytes in this encoding, at every position.
   bool is_superset_of_ascii() const noexcept { return is_superset_of_ascii_; }
   /// What a tolerant converter writes in place of a character that the encoding lacks.
@@ -39,6 +41,7 @@ private:
   char16_t substitute_ = 0;
   Form form_ = Form::other;
   bool is_single_byte_ = false;
+  bool is_latin1_ = false;
   bool is_superset_of_ascii_ = false;
 };
 

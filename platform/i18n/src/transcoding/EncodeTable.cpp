@@ -13,6 +13,7 @@ EncodeTable::~EncodeTable() {
   for (auto& row : rows_.all)
     if (const auto* const made = row.load(std::memory_order_relaxed); made != &EncodeRows::none) delete made;
   for (auto& codes : rows_.long_codes) delete codes.load(std::memory_order_relaxed);
+  delete rows_.bytes.load(std::memory_order_relaxed);
 }
 
 Entry EncodeTable::look_up(char32_t code) const {
@@ -20,6 +21,8 @@ Entry EncodeTable::look_up(char32_t code) const {
   const Entry entry = ask(code);
   auto& row = make_row(code / EncodeRows::row_size);
   row[code % EncodeRows::row_size].store(entry, std::memory_order_release);
+  if (encoding_.is_single_byte() && entry > 0 && length_of(entry) == 1 && code < 0x10000)
+    bytes()[code].store(static_cast<std::uint8_t>(entry), std::memory_order_relaxed);
   return entry;
 }
 
@@ -57,6 +60,12 @@ EncodeRows::Row& EncodeTable::make_row(unsigned index) const {
   if (place.load(std::memory_order_relaxed) == &EncodeRows::none)
     place.store(new EncodeRows::Row{}, std::memory_order_release);
   return const_cast<EncodeRows::Row&>(*place.load(std::memory_order_relaxed));
+}
+
+EncodeRows::Bytes& EncodeTable::bytes() const {
+  if (rows_.bytes.load(std::memory_order_relaxed) == nullptr)
+    rows_.bytes.store(new EncodeRows::Bytes{}, std::memory_order_release);
+  return const_cast<EncodeRows::Bytes&>(*rows_.bytes.load(std::memory_order_relaxed));
 }
 
 }  // namespace ku::i18n::detail

@@ -31,6 +31,7 @@ private:
   Entry ask(char32_t code) const;
   Entry add_long_code(std::uint64_t bytes) const;
   EncodeRows::Row& make_row(unsigned index) const;
+  EncodeRows::Bytes& bytes() const;
 
   const Encoding& encoding_;
   mutable EncodeRows rows_;

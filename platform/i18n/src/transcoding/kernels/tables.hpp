@@ -84,6 +84,11 @@ struct EncodeRows {
 
   std::array<std::atomic<const Row*>, rows> all;
 
+  /// Of a single-byte code page, the byte of each character up to U+FFFF that has been looked up; zero for the
+  /// others. The same as the entries, without a second step and in little space. Null before the first character.
+  using Bytes = std::array<std::atomic<std::uint8_t>, 0x10000>;
+  std::atomic<const Bytes*> bytes{nullptr};
+
   static constexpr unsigned long_codes_size = 1024;
   using LongCodes = std::array<std::uint64_t, long_codes_size>;
   std::array<std::atomic<LongCodes*>, 0x110000 / long_codes_size> long_codes{};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "transcoding/kernels/Cursor.hpp"
+#include "transcoding/kernels/tables.hpp"
+
+#include <bit>
+
+namespace ku::i18n::detail {
+
+/// Whether the processor has what these kernels need: AVX2, and the bit operations that came with it.
+bool has_avx2() noexcept;
+
+/// Kernels that go by whole registers of 32 bytes and move bytes by shuffles. Each converts the start of a text, and
+/// leaves the rest to the kernel for every processor: what it does not know, and the last bytes of the text or the
+/// room.
+namespace avx2 {
+
+ByteCursor utf8_to_utf8(ByteCursor cursor) noexcept;
+ByteCursor latin1_to_utf8(ByteCursor cursor) noexcept;
+/// Requires: the code page has single bytes, and is a superset of ASCII.
+ByteCursor utf8_to_single_byte(ByteCursor cursor, const EncodeRows& rows) noexcept;
+
+template <std::endian order>
+ByteCursor utf16_to_utf8(ByteCursor cursor) noexcept;
+template <std::endian order>
+ByteCursor utf8_to_utf16(ByteCursor cursor) noexcept;
+
+}  // namespace avx2
+}  // namespace ku::i18n::detail

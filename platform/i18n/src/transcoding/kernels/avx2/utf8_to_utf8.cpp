@@ -1,0 +1,46 @@
+#include "transcoding/kernels/utf8.hpp"
+#include "transcoding/kernels/avx2/Utf8Block.hpp"
+#include "transcoding/kernels/avx2/kernels.hpp"
+#include "transcoding/kernels/avx2/target.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+KU_AVX2_BEGIN
+namespace ku::i18n::detail::avx2 {
+namespace {
+
+// The length of the well-formed blocks that a text begins with, but for a character that reaches out of the last one.
+//
+// Invariant  everything before `at` is well-formed but for its last character, of which the continuations `due`, bits
+//            of the block, are missing. That a block begins anywhere lets the processor work on several.
+// Reads      a block and what it needs behind it; the loop ends before there are fewer.
+std::size_t length_of_valid_blocks(const char* from, std::size_t count) noexcept {
+  std::size_t at = 0;
+  std::uint64_t due = 0;
+  for (; at + Utf8Block::bytes_read <= count; at += Utf8Block::size) {
+    if (due == 0 && is_ascii(from + at)) continue;
+    const Utf8Block block(from + at);
+    if (!block.is_well_formed(due)) break;
+    due = block.due();
+  }
+  if (due != 0) do
+      --at;
+    while (is_continuation(from[at]));
+  return at;
+}
+
+}  // namespace
+
+ByteCursor utf8_to_utf8(ByteCursor c) noexcept {
+  constexpr std::size_t cached = 16384;  // is still in the cache when it is copied
+  for (std::size_t valid = 1; valid > 0;) {
+    valid = length_of_valid_blocks(c.from, std::min(c.both(), cached));
+    if (valid > 0) std::memcpy(c.to, c.from, valid);
+    c.advance(valid);
+  }
+  return c;
+}
+
+}  // namespace ku::i18n::detail::avx2
+KU_AVX2_END
