@@ -43,9 +43,9 @@ def tests(build):
         yield test
 
 
-def run(test, environment):
-    """Whether the test passes, what it printed, and its seconds of processor time. What it leaves behind is removed."""
-    limit = math.ceil(1 + 4 * test.seconds)
+def run(test, environment, limit):
+    """Whether the test passes within so many seconds of processor time, what it printed, and how many it needed. What it
+    leaves behind is removed."""
     scratch = tempfile.mkdtemp(prefix="mutant.")
     os.chmod(scratch, 0o755)        # for tests that give up the rights of root
     with tempfile.TemporaryFile() as output:
@@ -69,10 +69,10 @@ def run(test, environment):
 
 def record(test, mutants):
     """Runs a test without a mutant: sets its time and the mutants that it meets. Whether it can be asked."""
-    test.seconds = SLOWEST
     with tempfile.NamedTemporaryFile() as shared:
+        os.chmod(shared.name, 0o666)
         shared.truncate(mutants + 1)
-        passed, _, test.seconds = run(test, {"MUTANT": str(-mutants - 1), "MUTANTS_MET": shared.name})
+        passed, _, test.seconds = run(test, {"MUTANT": str(-mutants - 1), "MUTANTS_MET": shared.name}, SLOWEST)
         test.met = shared.read()
     return passed and test.seconds < SLOWEST
 
@@ -106,7 +106,7 @@ class Suite:
         meet = [test for test in self.asked if test.met[mutant.number]]
         first = [test for test in self.noticed[mutant.source.name] if test in meet][:4]
         for test in [*first, *batches([test for test in meet if test not in first])]:
-            passed, printed, _ = run(test, {"MUTANT": str(mutant.number)})
+            passed, printed, _ = run(test, {"MUTANT": str(mutant.number)}, math.ceil(1 + 4 * test.seconds))
             if not passed:
                 case = re.findall(r"^\[ RUN      \] (\S+)", printed, re.MULTILINE)[-1:]
                 found = next((other for other in meet if [other.case] == case), test)
