@@ -11,7 +11,8 @@ import signal
 import subprocess
 import tempfile
 
-SLOWEST = 10            # seconds of processor time; what takes longer is not asked
+NOT_ASKED = r"CodePages|Instructions|qarread\.names"      # minutes each, in many processes
+SLOWEST = 10            # seconds of processor time; what takes longer is not asked either
 QUICK = 0.3             # seconds; such cases of one program share a process
 MEMORY = 6 << 30        # bytes; some mutants want more and more
 
@@ -32,7 +33,7 @@ class Test:
 def tests(build):
     listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], capture_output=True, check=True)
     for entry in json.loads(listed.stdout)["tests"]:
-        if "command" not in entry:
+        if "command" not in entry or re.match(NOT_ASKED, entry["name"]):
             continue
         properties = {each["name"]: each["value"] for each in entry["properties"]}
         test = Test(entry["name"].split("  #")[0], entry["command"], properties.get("WORKING_DIRECTORY", build),
