@@ -15,7 +15,7 @@ namespace {
 constexpr int rounds = 7;
 constexpr double seconds_each = 0.03;
 
-/// Takes the time of one run of each contestant.
+/// Measures the time of one run of each contestant.
 class Times : public benchmark::BenchmarkReporter {
 public:
   bool ReportContext(const Context&) override { return true; }
@@ -31,7 +31,7 @@ std::vector<Times> run_rounds(const std::vector<Contestant>& contestants) {
   for (const auto& contestant : contestants)
     benchmark::RegisterBenchmark(contestant.name.c_str(),
                                  [&contestant](benchmark::State& state) {
-                                   ::malloc_trim(0);  // all begin with the same heap, whatever ran before them
+                                   ::malloc_trim(0);  // all begin with the same heap, regardless of earlier runs
                                    for ([[maybe_unused]] auto _ : state) contestant.run(nullptr);
                                  })
         ->UseRealTime()
@@ -46,7 +46,7 @@ void check_equal_results(const std::vector<Contestant>& contestants) {
   for (const auto& contestant : contestants) {
     contestant.run(&results.emplace_back());
     if (results.back() != results.front() || results.front().empty())
-      throw std::runtime_error("another result by " + contestant.name);
+      throw std::runtime_error(contestant.name + " has a different result");
   }
 }
 

@@ -9,13 +9,13 @@
 
 namespace benchmarks {
 
-/// What this library is to reach in comparison with a peer; nothing without a factor.
+/// The goal of this library relative to a peer; a factor of 0 means no goal.
 struct Goal {
   double time_at_most = 0;
   double speed_at_least = 0;
 };
 
-/// One way to do the work of a row. `run` appends what it delivers to `result`, which is null while it is timed.
+/// One way to do the work of a row. `run` appends its output to `result`, which is null while it is timed.
 struct Contestant {
   std::string name;
   std::function<void(std::string* result)> run;
@@ -23,26 +23,25 @@ struct Contestant {
 };
 
 struct Contest {
-  std::size_t bytes;                    // that one run works on
+  std::size_t bytes;                    // processed in one run
   std::vector<Contestant> contestants;  // this library, and its peers with the goals against them
 };
 
 /// Runs the rows of the table and prints them, in Markdown.
 class Report {
 public:
-  /// Leaves out rows whose name `filter` does not match, and writes the speed of each contestant to the file
-  /// `speeds`.
+  /// Skips rows whose name `filter` does not match, and writes the speed of each contestant to the file `speeds`.
   Report(const std::string& filter, const std::string& speeds);
   /// Prints how many goals were met.
   ~Report();
   Report(const Report&) = delete;
   Report& operator=(const Report&) = delete;
 
-  /// Has all contestants deliver their result, which must be the same, then run in turns for some rounds. What is
-  /// printed is the median of the rounds' ratios, and their range.
+  /// Checks that all contestants deliver the same result, and then runs them in turns for some rounds. Prints the
+  /// median of the rounds' ratios, and their range.
   void contest(const std::string& row, const std::function<Contest()>& prepare);
 
-  /// A figure that is no time: `value()` is to be at most `limit`.
+  /// A row that is not about time: `value()` must be at most `limit`.
   void measure(const std::string& row, double limit, const std::function<double()>& value);
 
 private:
@@ -55,7 +54,7 @@ private:
   int met_ = 0;
 };
 
-/// The rows, by what they are about.
+/// The rows, by subject.
 void run_reading(Report& report);
 void run_converting(Report& report);
 void run_catalogue(Report& report);

@@ -13,7 +13,7 @@ namespace {
 using namespace Korvane::qardatainterfaces;
 using Map = std::map<std::u16string, QARRecordData>;
 
-/// A million names as a walk through directories gives them; some come again.
+/// A million names in the order of a directory walk; some are repeated.
 std::vector<std::u16string> names() {
   std::mt19937 random;
   std::vector<std::u16string> result;

@@ -1,4 +1,4 @@
-// convert_file ENCODING FILE: writes the file to standard output in UTF-8, for measuring what a process costs.
+// convert_file ENCODING FILE: writes the file to standard output in UTF-8. Used to measure the cost of a process.
 
 #include <ku/i18n/ZrLocale.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>

@@ -25,8 +25,8 @@ struct Text {
   std::string name;
   std::string encoding;
   std::string script;
-  double to_utf8 = 0;    // the speed at 1 MiB that is to be reached, against ICU
-  double from_utf8 = 0;  // likewise
+  double to_utf8 = 0;    // goal for the speed at 1 MiB relative to ICU
+  double from_utf8 = 0;  // the same, from UTF-8
 };
 const Text ascii{"ASCII", "ISO-8859-1", "ascii", 12, 8};
 const Text latin1{"ISO-8859-1", "ISO-8859-1", "western", 4.5, 1.5};
@@ -36,7 +36,7 @@ const Text shift_jis{"Shift_JIS", "Shift_JIS", "japanese", 3.4, 1.3};
 const Text euc_jp{"EUC-JP", "EUC-JP", "japanese", 3.4, 4};
 const Text gb18030{"GB18030", "GB18030", "chinese", 3.4, 4};
 
-/// Content to convert, and how.
+/// Content to convert, and the encodings.
 struct Work {
   std::string from;
   std::string to;
@@ -44,7 +44,7 @@ struct Work {
 
   std::string_view input() const { return {reinterpret_cast<const char*>(content.begin()), content.size()}; }
 
-  /// Returns the number of bytes that it gave.
+  /// Returns the number of bytes of the output.
   std::size_t convert(std::string* result) const {
     QARByteArray out;
     QARMetaData meta;
@@ -58,7 +58,7 @@ struct Work {
 };
 using SharedWork = std::shared_ptr<const Work>;
 
-/// Rows are prepared just before they run, each with a local code page of its own.
+/// Prepares a row just before it runs, with its own local code page.
 SharedWork prepared(Way way, const std::string& encoding, const std::string& content) {
   ku::i18n::ZrLocale::global(ku::i18n::ZrLocale("en." + encoding));
   if (way == Way::to_utf8) return std::make_shared<const Work>(Work{encoding, "UTF-8", content});
@@ -93,7 +93,7 @@ Contest against_all(const SharedWork& work, const Text& text) {
   return {work->content.size(), {ours(work), icu, peer("iconv", work, iconv, 0)}};
 }
 
-/// A yardstick: copying the input to fresh storage. It gives other bytes, so the result is compared with ICU's.
+/// A lower bound: copying the input to new storage. Its bytes differ, so its result is compared with ICU's.
 Contest against_copying(const SharedWork& work, Goal goal) {
   const auto convert = peer("", work, tight_icu, 0).run;
   const auto copying = [=](std::string* result) {
@@ -103,8 +103,8 @@ Contest against_copying(const SharedWork& work, Goal goal) {
   return {work->content.size(), {ours(work), {"copying", copying, goal}}};
 }
 
-/// Two contents by two threads, against the same by one. Large enough for storage straight from the system, so that
-/// no thread finds some that is warm.
+/// Converts two contents by two threads, compared with one thread. They are so large that their storage comes
+/// directly from the system, so no thread reuses pages.
 Contest in_parallel() {
   const auto work = prepared(Way::to_utf8, koi8r, 32 * MiB);
   const auto in_threads = [work](bool both, std::string* result) {
@@ -123,7 +123,7 @@ Contest in_parallel() {
   return {2 * work->content.size(), {{"two threads", two}, {"one thread", one, {.speed_at_least = 1.85}}}};
 }
 
-/// What is in use at most while 64 MiB are converted, beyond input and output, as a part of the input.
+/// The peak memory while 64 MiB are converted, without input and output, as a fraction of the input.
 double memory_beyond(Way way, const Text& text) {
   const auto work = prepared(way, text, 64 * MiB);
   std::size_t output = 0;
@@ -160,14 +160,14 @@ void run_large_texts(Report& report) {
   }
 }
 
-/// What no table and no run of ASCII helps with: never slower than ICU.
-/// From UTF-8, the better of ICU's two ways is to be beaten.
+/// Text for which neither tables nor runs of ASCII help: it must never be slower than ICU.
+/// From UTF-8, the library must be faster than both of ICU's ways.
 Contest against_icu_both(const SharedWork& work, double goal) {
   return {work->content.size(),
           {ours(work), peer("tight ICU", work, tight_icu, goal), peer("ucnv_convertEx", work, convert_ex, goal)}};
 }
 
-/// Texts of other encodings, both ways: what the encoding can express.
+/// Texts of other encodings, in both directions, with characters that the encoding has.
 void run_other_texts(Report& report) {
   struct Other {
     const char* encoding;
@@ -189,7 +189,7 @@ void run_other_texts(Report& report) {
     report.contest("convert, " + name + " to UTF-8" + about, [&, goal = goal, script = script] {
       return against_icu(prepared(Way::to_utf8, name, corpus(script, name, MiB)), goal);
     });
-    const bool is_dense = goal == 6;  // only to UTF-8; the other way is among the common texts, or like them
+    const bool is_dense = goal == 6;  // only to UTF-8; the other direction is one of the common texts, or similar
     if (!is_dense)
       report.contest("convert, UTF-8 to " + name + about, [&, goal = goal, script = script] {
         return against_icu_both(prepared(Way::from_utf8, name, corpus(script, "UTF-8", MiB)), goal);
@@ -197,7 +197,7 @@ void run_other_texts(Report& report) {
   }
 }
 
-/// Text that the target lacks, and input that is malformed.
+/// Text that the target lacks, and malformed input.
 void run_lossy_texts(Report& report) {
   for (const auto& [encoding, script] :
        {std::pair{"ISO-8859-1", "chinese"}, std::pair{"KOI8-R", "emoji"}, std::pair{"Shift_JIS", "emoji"},
@@ -221,8 +221,8 @@ void run_lossy_texts(Report& report) {
   row("UTF-8 to KOI8-R, every second malformed", Way::from_utf8, "KOI8-R", "a\xFD");
 }
 
-/// What a process costs that loads the library and converts one small file, in terms of one of `iconv`: the median of
-/// some pairs of runs.
+/// The time of a process that loads the library and converts one small file, relative to one of `iconv`: the median
+/// of several pairs of runs.
 double cost_of_a_process() {
   const TemporaryFile file(corpus("cyrillic", "KOI8-R", KiB));
   std::vector<double> ratios;
@@ -235,7 +235,7 @@ double cost_of_a_process() {
   return ratios[10];
 }
 
-/// For the picture.
+/// The rows for the picture.
 void run_sizes(Report& report) {
   for (const auto& text : {ascii, latin1, koi8r, shift_jis})
     for (const std::size_t size : {KiB, 8 * KiB, 64 * KiB, MiB, 16 * MiB})

@@ -13,7 +13,7 @@
 namespace benchmarks {
 namespace {
 
-/// A line is made of so many of the signs, a word and, after one word in so many, the separator; over and over.
+/// A line repeats up to `most_signs` of the signs, a word and, after one word in `separated`, the separator.
 struct Script {
   std::vector<std::u16string> words;
   std::u16string separator;
@@ -22,7 +22,7 @@ struct Script {
   std::u16string signs = {};
 };
 
-/// What the two-byte rows from B0A1 of an encoding hold: its common ideographs.
+/// The characters of an encoding's two-byte rows from B0A1 on: its common ideographs.
 std::u16string ideographs(const char* encoding, unsigned last_row) {
   std::string bytes;
   for (unsigned row = 0xB0; row <= last_row; ++row)

@@ -8,7 +8,7 @@
 
 int main(int argc, char** argv) {
   try {
-    std::cout.rdbuf(nullptr);  // the transforms' notices would be between the rows
+    std::cout.rdbuf(nullptr);  // suppresses the notices of the transforms
     benchmarks::Report report(argc > 1 ? argv[1] : "", argc > 2 ? argv[2] : "/dev/null");
     benchmarks::run_reading(report);
     benchmarks::run_converting(report);

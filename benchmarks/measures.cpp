@@ -65,7 +65,7 @@ std::vector<long> system_calls_of(const std::function<void()>& task) {
 }
 
 std::size_t peak_memory_of(const std::function<void()>& task) {
-  ::malloc_trim(0);  // what lies idle in the heap would hide what the task needs
+  ::malloc_trim(0);  // free memory in the heap would hide the growth
   std::ofstream("/proc/self/clear_refs") << 5 << std::flush;
   const auto before = own_status("VmRSS:");
   task();

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# packing.sh PACK [DIRECTORY]: how long the example packs a directory, in times of bsdtar; the archives lie in memory.
-# They take turns, seven rounds of them: the median of the ratios, the least and the greatest.
+# packing.sh PACK [DIRECTORY]: measures the time that the example takes to pack a directory, relative to bsdtar. Both
+# run in turns, seven times, with archives in memory. Prints the median ratio, the least and the greatest.
 set -euo pipefail
 pack=$(realpath "$1") directory=$(realpath "${2:-/usr/share/doc}")
 archives=$(mktemp --directory --tmpdir=/dev/shm)

@@ -30,7 +30,7 @@ void U_CALLCONV encode_other(const void* substituted, UConverterFromUnicodeArgs*
   ucnv_cbFromUWriteSub(arguments, 0, status);  // ICU's stock callback drops invisible characters
 }
 
-/// A converter that substitutes as the library does, and knows it.
+/// A converter that substitutes like the library and records whether it did.
 class Converter {
 public:
   explicit Converter(const std::string& encoding) {
@@ -57,7 +57,7 @@ private:
 
 Bytes fresh(std::size_t capacity) { return {std::unique_ptr<char[]>(new char[capacity]), 0}; }
 
-/// The C library's Shift_JIS has a yen sign where ASCII has a backslash; its CP932 does as ICU.
+/// The C library's Shift_JIS has a yen sign where ASCII has a backslash; its CP932 agrees with ICU.
 const char* name_for_iconv(const std::string& encoding) {
   return encoding == "Shift_JIS" ? "CP932" : encoding.c_str();
 }
@@ -101,7 +101,7 @@ Bytes convert_ex(const std::string& from, const std::string& to, std::string_vie
 Bytes iconv(const std::string& from, const std::string& to, std::string_view in) {
   const iconv_t converter = ::iconv_open(name_for_iconv(to), name_for_iconv(from));
   if (converter == reinterpret_cast<iconv_t>(-1)) throw std::runtime_error("iconv does not know the encoding");
-  std::size_t room = 4 * in.size();  // the longest character of any encoding here
+  std::size_t room = 4 * in.size();  // no character has more than four bytes
   std::size_t left = in.size();
   auto out = fresh(room);
   char* source = const_cast<char*>(in.data());

@@ -7,20 +7,20 @@
 
 namespace benchmarks {
 
-/// What a conversion gives: fresh storage that nobody has cleared.
+/// The output of a conversion: new storage that is not cleared.
 struct Bytes {
   std::unique_ptr<char[]> data;
   std::size_t size;
 };
 
-/// Through UTF-16, each stage by ICU in one piece: storage by the longest possible result instead of a sizing call,
-/// converters made for the call, substitution with its notice by callbacks.
+/// Converts through UTF-16, each stage by one call of ICU. Storage has the size of the longest possible result, which
+/// saves a sizing call. Converters are made for each call. Callbacks substitute and record it.
 Bytes tight_icu(const std::string& from, const std::string& to, std::string_view in);
 
-/// By ICU's own way from one encoding to another, substitution as above.
+/// Converts by `ucnv_convertEx`, with the same substitution.
 Bytes convert_ex(const std::string& from, const std::string& to, std::string_view in);
 
-/// By the C library. Throws where it cannot convert.
+/// Converts by the C library's `iconv`. Throws if it cannot convert.
 Bytes iconv(const std::string& from, const std::string& to, std::string_view in);
 
 Bytes copy(std::string_view in);

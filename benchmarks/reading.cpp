@@ -76,7 +76,7 @@ Contest in_chunks(std::size_t size, unsigned chunk, Goal of_read, Goal of_stream
            {"fread_unlocked", stdio}}};
 }
 
-/// The cheapest correct way to have a whole file in memory.
+/// The cheapest correct way to read a whole file into memory.
 void read_by_hand(const TemporaryFile& file, std::string* result) {
   const int handle = ::open(file.name().c_str(), O_RDONLY | O_CLOEXEC);
   struct stat found {};

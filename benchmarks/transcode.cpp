@@ -1,4 +1,5 @@
-// transcode SCRIPT ENCODING TIMES: converts the same mebibyte to UTF-8 that often, for tools that count instructions.
+// transcode SCRIPT ENCODING TIMES: converts the same mebibyte to UTF-8 so many times, for tools that count
+// instructions.
 
 #include "corpora.hpp"
 

@@ -1,15 +1,15 @@
 # The install tree: two components, runtime (what programs need) and development (what building against it needs).
 include(CMakePackageConfigHelpers)
 
-# Installed programs and libraries find the libraries wherever the tree is put.
+# Relative run paths: installed programs find the libraries even if the tree is moved.
 file(RELATIVE_PATH libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set(CMAKE_INSTALL_RPATH $ORIGIN/${libraries_from_programs})
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 set(ZRQAR_CMAKE_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/cmake/zrqardatainterfaces)
 
-# zrqar_install_target(TARGET INCLUDES): a library, the public headers in the folder INCLUDES, and a file for CMake of
-# its own, so that a stand-in can be left out where the platform has the library.
+# zrqar_install_target(TARGET INCLUDES): installs a library, the public headers in the folder INCLUDES, and a CMake file
+# for this library alone, so that a stand-in can be left out if the platform has the library.
 function(zrqar_install_target target includes)
   if(NOT ZRQAR_INSTALL)
     return()
@@ -23,16 +23,16 @@ function(zrqar_install_target target includes)
     DESTINATION ${ZRQAR_CMAKE_DIRECTORY} COMPONENT development)
 endfunction()
 
-# What find_package(zrqardatainterfaces) and pkg-config read, and the program.
+# Installs the files for find_package(zrqardatainterfaces) and pkg-config, and the program.
 function(zrqar_install_rest)
   if(PROJECT_IS_TOP_LEVEL)
-    add_custom_target(installed DEPENDS zrqardatainterfaces $<TARGET_NAME_IF_EXISTS:qarread>)  # all that is installed
+    add_custom_target(installed DEPENDS zrqardatainterfaces $<TARGET_NAME_IF_EXISTS:qarread>)  # all to install
   endif()
   if(ZRQAR_EXAMPLES)
     zrqar_install_program()
   endif()
 
-  # A static library leaves it to its clients to find what it rests on.
+  # Clients of a static library must find its dependencies themselves.
   set(ZRQAR_DEPENDENCIES)
   set(PC_REQUIRES)
   if(NOT BUILD_SHARED_LIBS AND TARGET zrqardatainterfaces::kui18n)
@@ -48,7 +48,7 @@ function(zrqar_install_rest)
     ${PROJECT_BINARY_DIR}/zrqardatainterfacesConfigVersion.cmake
     DESTINATION ${ZRQAR_CMAKE_DIRECTORY} COMPONENT development)
 
-  # The prefix is known for certain only when installing: cmake --install may name another.
+  # The prefix is known only at installation: `cmake --install --prefix` may change it.
   foreach(directory LIBDIR INCLUDEDIR)
     cmake_path(IS_ABSOLUTE CMAKE_INSTALL_${directory} absolute)
     set(PC_${directory} ${CMAKE_INSTALL_${directory}})
@@ -68,7 +68,7 @@ function(zrqar_install_rest)
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 endfunction()
 
-# The program, its manual page and its completion.
+# Installs the program, its manual page and its bash completion.
 function(zrqar_install_program)
   install(TARGETS qarread RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
   set(manual ${PROJECT_SOURCE_DIR}/docs/qarread.1)

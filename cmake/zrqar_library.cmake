@@ -1,13 +1,13 @@
-# zrqar_library(TARGET INCLUDES): what the libraries of this project have in common. INCLUDES is the folder of the
-# public headers; the exported names are in cmake/TARGET.map.
+# zrqar_library(TARGET INCLUDES): sets the common properties of the libraries of this project. INCLUDES is the folder of
+# the public headers; cmake/TARGET.map has the exported names.
 #
-# The soname carries the first number of the version. Raise it whenever a program built against the release before
-# could stop working with the new library: an exported symbol gone, a virtual operation or a field added, moved or
-# retyped, a size changed. `./dev abi` is red for each of these. Additions that leave all of that in place raise the
-# second number, everything else the third. The version that find_package accepts follows the first number by itself.
+# The soname has the first number of the version. Increase it if a program built with the previous release could stop
+# working with the new library: if an exported symbol is removed, a virtual operation or a field is added, moved or
+# changed, or a size changes. `./dev abi` fails for each of these. Increase the second number for compatible additions,
+# and the third for everything else. find_package accepts versions with the same first number.
 function(zrqar_library target includes)
   add_library(zrqardatainterfaces::${target} ALIAS ${target})
-  # A static library may end up in somebody's shared one.
+  # A static library may be linked into a shared one.
   set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH $ORIGIN)
   target_compile_features(${target} PRIVATE cxx_std_20 INTERFACE cxx_std_17)
@@ -20,7 +20,8 @@ function(zrqar_library target includes)
     set(map ${PROJECT_SOURCE_DIR}/cmake/${target}.map)
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
     target_link_options(${target} PRIVATE LINKER:--version-script=${map})
-    # clang leaves it to the program to bring the sanitizers, which another project may ask for.
+    # Not with sanitizers, which a parent project may use: with clang, the program and not the library links their
+    # runtime.
     if(PROJECT_IS_TOP_LEVEL AND NOT ZRQAR_FUZZERS)
       target_link_options(${target} PRIVATE LINKER:-z,defs)
     endif()
@@ -29,8 +30,8 @@ function(zrqar_library target includes)
   zrqar_install_target(${target} ${includes})
 endfunction()
 
-# zrqar_link_platform(TARGET LIBRARY...): links libraries of the platform, be they the stand-ins or another project's.
-# Programs that find TARGET installed get what zrqardatainterfacesConfig.cmake finds there.
+# zrqar_link_platform(TARGET LIBRARY...): links libraries of the platform, which are the stand-ins or targets of a
+# parent project. Programs that use the installed TARGET link the libraries that zrqardatainterfacesConfig.cmake finds.
 function(zrqar_link_platform target)
   foreach(library ${ARGN})
     target_link_libraries(${target} PUBLIC

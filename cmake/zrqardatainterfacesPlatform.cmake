@@ -1,6 +1,6 @@
-# The platform's libraries that the library rests on, as targets zrqardatainterfaces::LIBRARY. Each is what comes first of
-# these: a target LIBRARY of the project that asks; the stand-in, if it is installed beside this file; the platform's own
-# library and headers, looked for where CMake looks for all others.
+# Defines the platform's libraries as targets zrqardatainterfaces::LIBRARY. Each is the first of these that exists: a
+# target LIBRARY of the calling project; the stand-in, if it is installed beside this file; the platform's own library
+# and headers in CMake's usual search paths.
 foreach(library zropccore zrqar_res kui18n)
   set(target zrqardatainterfaces::${library})
   if(TARGET ${target})

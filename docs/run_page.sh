@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# run_page.sh PROGRAM PAGE [SOURCE]: runs the program of a page in an empty folder; it must print the page's text
-# blocks. SOURCE is that of a program which is not made of the page; the page must show all of it, but for blank lines.
+# run_page.sh PROGRAM PAGE [SOURCE]: runs the program of a page in an empty folder; it must print the page's text blocks.
+# If the program is not made from the page, SOURCE is its source; the page must show all of it except blank lines.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp --directory)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# run_session.sh PROGRAMS PAGE: runs the shell commands of a page, with the folder PROGRAMS in the path; they must print
-# the page's text blocks.
+# run_session.sh PROGRAMS PAGE: runs the shell commands of a page, with the folder PROGRAMS in PATH. They must print the
+# page's text blocks.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 session=$(mktemp)

@@ -7,12 +7,12 @@
 
 #include <ku/i18n/codecvt.hpp>
 
+#include <map>
+
 namespace qarread {
 namespace {
 
 namespace di = Korvane::qardatainterfaces;
-
-using OnLoss = di::QARCodePageTransform::OnLoss;
 
 /// The part before the next colon; `text` keeps what is behind it.
 std::string cutField(std::string& text, const std::string& option) {
@@ -23,39 +23,53 @@ std::string cutField(std::string& text, const std::string& option) {
   return field;
 }
 
+void addTranscoding(di::QARFileReaderFactory& factory, const Conversions::Make& make, const std::string& option) {
+  auto list = option;
+  const auto from = cutField(list, option), to = cutField(list, option);
+  const auto extensions = parseExtensions(list);
+  try {
+    const auto id = std::string(from).append(" to ").append(to);
+    factory.addFileTypeHandler(extensions, make(id.c_str(), from, to));
+  } catch (const ku::i18n::CvtExceptionBase& error) {
+    throw UsageError("'" + option + "': " + error.what());
+  }
+}
+
 }  // namespace
 
-Conversions::Conversions(CLI::App& app, Direction direction) : direction_(direction) {
-  const auto add = [&app](const char* name, auto& value, const char* type, const char* text) {
-    app.add_option(name, value, text)->type_name(type)->allow_extra_args(false);
+Conversions::Conversions(CLI::App& app, Directions directions) : app_(app) {
+  const auto addList = [&](const char* name, const char* type, const char* text) {
+    return app.add_option(name, values_, text)->type_name(type)->allow_extra_args(false);
   };
-  if (direction == Direction::toUtf8)
-    add("--lcp-to-utf8", extensions_, "EXT,...", "Convert these files from the local code page to UTF-8");
-  else
-    add("--utf8-to-lcp", extensions_, "EXT,...", "Convert these files from UTF-8 to the local code page");
-  add("--transcode", transcodings_, "FROM:TO:EXT,...", "Convert these files from one encoding to another");
-  add("--locale", locale_, "NAME", "Locale of the local code page and of messages, such as de_DE.ISO-8859-1");
-  app.add_flag("--strict", strict_, "Refuse what cannot be converted without loss");
+  if (directions != Directions::fromUtf8)
+    toUtf8_ = addList("--lcp-to-utf8", "EXT,...", "Convert these files from the local code page to UTF-8");
+  if (directions != Directions::toUtf8)
+    fromUtf8_ = addList("--utf8-to-lcp", "EXT,...", "Convert these files from UTF-8 to the local code page");
+  transcode_ = addList("--transcode", "FROM:TO:EXT,...", "Convert these files from one encoding to another");
+  app.add_option("--locale", locale_, "Locale of the local code page and of messages, such as de_DE.ISO-8859-1")
+      ->type_name("NAME");
+  app.add_flag("--strict", strict_, "Refuse what cannot be converted without loss")->disable_flag_override();
 }
 
 void Conversions::apply(di::QARFileReaderFactory& factory) const {
+  const auto onLoss = strict_ ? Converting::OnLoss::fail : Converting::OnLoss::substitute;
+  apply(factory,
+        [onLoss](const auto* id, const auto& from, const auto& to) { return new Converting(id, from, to, onLoss); });
+}
+
+void Conversions::apply(di::QARFileReaderFactory& factory, const Make& make) const {
   if (!locale_.empty()) setContentLocale(locale_);
-  const auto on_loss = strict_ ? OnLoss::fail : OnLoss::substitute;
-  const bool decodes = direction_ == Direction::toUtf8;
-  for (const auto& list : extensions_) {
-    const auto extensions = parseExtensions(list);  // which may throw
-    factory.addFileTypeHandler(extensions, new Converting(decodes ? "lcp-to-utf8" : "utf8-to-lcp",
-                                                          decodes ? "" : "UTF-8", decodes ? "UTF-8" : "", on_loss));
-  }
-  for (const auto& option : transcodings_) {
-    auto list = option;
-    const auto from = cutField(list, option), to = cutField(list, option);
-    const auto extensions = parseExtensions(list);
-    try {
-      const auto id = std::string(from).append(" to ").append(to);
-      factory.addFileTypeHandler(extensions, new Converting(id.c_str(), from, to, on_loss));
-    } catch (const ku::i18n::CvtExceptionBase& error) {
-      throw UsageError("'" + option + "': " + error.what());
+  if ((toUtf8_ != nullptr && toUtf8_->count() > 0) || (fromUtf8_ != nullptr && fromUtf8_->count() > 0))
+    checkLocalCodePage();
+  std::map<const CLI::Option*, std::size_t> seen;
+  for (const CLI::Option* const option : app_.parse_order()) {  // once for each value
+    const auto index = seen[option]++;
+    if (option == transcode_) {
+      addTranscoding(factory, make, option->results()[index]);
+    } else if (option == toUtf8_ || option == fromUtf8_) {
+      const auto extensions = parseExtensions(option->results()[index]);
+      factory.addFileTypeHandler(
+          extensions, option == toUtf8_ ? make("lcp-to-utf8", "", "UTF-8") : make("utf8-to-lcp", "UTF-8", ""));
     }
   }
 }

@@ -5,16 +5,52 @@
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
 
-namespace qarread {
+#include <unicode/uloc.h>
 
-void setContentLocale(const std::string& name) {
-  const ku::i18n::ZrLocale locale(name);
+#include <memory>
+#include <type_traits>
+
+#include <locale.h>
+
+namespace qarread {
+namespace {
+
+using ku::i18n::ZrLocale;
+
+bool isInstalled(const std::string& name) {
+  struct Free {
+    void operator()(::locale_t locale) const noexcept { ::freelocale(locale); }
+  };
+  return std::unique_ptr<std::remove_pointer_t<::locale_t>, Free>(
+             ::newlocale(LC_CTYPE_MASK, name.c_str(), nullptr)) != nullptr;
+}
+
+/// Its language and its country are in the standards.
+bool isStandard(const std::string& name) {
+  const auto tag = name.substr(0, name.find_first_of(".@"));
+  const auto underscore = tag.find('_');
+  return *::uloc_getISO3Language(tag.c_str()) != '\0' &&
+         (underscore == tag.npos || *::uloc_getISO3Country(tag.c_str()) != '\0' || tag.size() - underscore == 5);
+}
+
+void checkEncoding(const ZrLocale& locale) {
   try {
     const ku::i18n::codecvt_string_to_ustring known(locale.encoding(), false);
   } catch (const ku::i18n::CvtExceptionBase& error) {
-    throw UsageError(error.what());
+    throw UsageError("the locale " + locale.name() + ": " + error.what());
   }
-  ku::i18n::ZrLocale::global(locale);
 }
+
+}  // namespace
+
+void setContentLocale(const std::string& name) {
+  const ZrLocale locale(name);
+  if (!locale.language().empty() && !isStandard(name) && !isInstalled(name))
+    throw UsageError("nobody knows a locale '" + name + "'");
+  checkEncoding(locale);
+  ZrLocale::global(locale);
+}
+
+void checkLocalCodePage() { checkEncoding(ZrLocale::global()); }
 
 }  // namespace qarread

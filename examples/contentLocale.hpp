@@ -4,7 +4,10 @@
 
 namespace qarread {
 
-/// Makes the locale that of content and messages. Throws `UsageError`, which names the encoding, if that is refused.
+/// Makes the locale that of content and messages. Throws `UsageError` if nobody knows the locale or its encoding.
 void setContentLocale(const std::string& name);
+
+/// Throws `UsageError` if nobody knows the encoding of the locale of content.
+void checkLocalCodePage();
 
 }  // namespace qarread

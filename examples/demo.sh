@@ -8,7 +8,7 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 
 heading='' normal=''
-if [ -t 1 ]; then heading=$'\e[1m' normal=$'\e[0m'; fi
+if [ -t 1 ] && [ -z "${NO_COLOR:-}" ] && [ "${TERM:-dumb}" != dumb ]; then heading=$'\e[1m' normal=$'\e[0m'; fi
 
 qarread() { "$program" "$@"; }
 pack() { "$packing/pack" "$@"; }
@@ -52,6 +52,9 @@ show 0 "qarread $latin1 app/text/greeting.txt"
 say 'UTF-8 becomes Latin-1. What Latin-1 lacks is replaced, and the library says so.'
 show 0 "qarread $latin1 app/text/menu.utf8 | od -A n -t x1z -w24"
 show 0 "qarread $latin1 app/text/price.utf8 | od -A n -t x1z -w24"
+
+say 'What would be lost, and where: to know before anything is packaged.'
+show 1 "qarread $latin1 --check app/text/menu.utf8 app/text/price.utf8"
 
 say 'The same with Shift_JIS, and with messages in Japanese.'
 sjis='--locale ja_JP.SJIS --lcp-to-utf8 txt'

@@ -2,10 +2,10 @@
 # Completion for qarread in bash.
 _qarread() {
   local word=${2#=} previous=$3
-  [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}  # --locale=NAME is three words
+  [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}  # --locale=NAME is three words, as is FROM:TO
   case $previous in
     --locale) mapfile -t COMPREPLY < <(compgen -W "$(locale -a 2>/dev/null)" -- "$word") ;;
-    --chunk | --lcp-to-utf8 | --utf8-to-lcp) compopt +o bashdefault +o default ;;  # no files
+    --chunk | --lcp-to-utf8 | --utf8-to-lcp | --transcode | --stdin-name | :) compopt +o bashdefault +o default ;;  # no files
     *)
       [[ $word == -* ]] || return 0
       # The program knows its options best.

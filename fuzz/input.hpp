@@ -29,6 +29,14 @@ public:
     bytes_.remove_prefix(part.size());
     return std::string(part);
   }
+  /// Up to `most` of an array, in a row.
+  template <class List>
+  auto some_of(const List& list, unsigned most) {
+    auto result = list[0];
+    result.clear();
+    for (auto count = number() % (most + 1); count > 0; --count) result += one_of(list);
+    return result;
+  }
   std::u16string name(std::size_t most) {
     std::u16string result;
     for (const auto length = std::min<std::size_t>(number(), most); result.size() < length && !empty();) {

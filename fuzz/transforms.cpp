@@ -1,79 +1,289 @@
-// The two transforms against the two converters in a row, and against the C library's where the tables agree.
+// Any text through every converter of the library, against the C library's iconv.
 
 #include "input.hpp"
+#include "judges.hpp"
 #include "support/CapturedOutput.hpp"
-#include "support/ContentLocale.hpp"
+#include "support/content.hpp"
 
-#include <ku/i18n/codecvt.hpp>
+#include <ku/i18n/Transcoder.hpp>
+#include <ku/i18n/ZrLocale.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
+#include <qardatainterfaces/QARCodePageTransform.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
-#include <optional>
-
-#include <iconv.h>
+#include <map>
+#include <memory>
 
 namespace {
 
 using namespace Korvane::qardatainterfaces;
+using ku::i18n::ConversionLoss;
+using ku::i18n::Transcoder;
 
-std::string by_converters(const std::string& text, const std::string& from, const std::string& to) {
-  ku::i18n::codecvt_string_to_ustring decoder(from, true);
-  const auto units = decoder.convert(text.data(), text.size());
-  return ku::i18n::codecvt_ustring_to_string(to, true).convert(units.data(), units.size());
+/// How the result for an encoding is judged.
+enum class Judgement {
+  whole,       ///< by iconv, if there are neither losses nor characters that it has otherwise: there are states
+  characters,  ///< by iconv from loss to loss; where iconv has other characters, character by character
+  strict,      ///< by iconv from loss to loss
+  none         ///< only by the other converters: iconv has another idea of the encoding, or none
+};
+
+struct Encoding {
+  const char* name;
+  Judgement judgement;
+};
+
+const std::vector<Encoding>& encodings() {
+  static const auto all = [] {
+    std::vector<Encoding> result{
+        {"UTF-16LE", Judgement::strict}, {"UTF-16BE", Judgement::strict}, {"UTF-32LE", Judgement::strict},
+        {"UTF-32BE", Judgement::strict}, {"UTF-16", Judgement::none},     {"UTF-32", Judgement::none},
+        {"UTF-7", Judgement::none},      {"HZ", Judgement::none},         {"IBM-037", Judgement::none},
+        {"IBM-930", Judgement::none},    {"IBM-33722", Judgement::none},  {"ISO-2022-JP-2", Judgement::none},
+        {"CESU-8", Judgement::none}};
+    for (const auto& page : compared_pages) {
+      const std::string_view name = page.name;
+      const bool has_states = name.compare(0, 8, "ISO-2022") == 0;
+      if (name != "CP720")  // which iconv lacks
+        result.push_back({page.name, has_states ? Judgement::whole : Judgement::characters});
+    }
+    return result;
+  }();
+  return all;
 }
 
-// Nothing if it finds the text faulty.
-std::optional<std::string> by_iconv(std::string text, const char* from, const char* to) {
-  std::string result(4 * text.size() + 4, '\0');
-  char *in = text.data(), *out = result.data();
-  auto left = text.size(), room = result.size();
-  const auto handle = iconv_open(to, from);
-  const bool right = iconv(handle, &in, &left, &out, &room) == 0;
-  iconv_close(handle);
-  result.resize(result.size() - room);
-  return right ? std::optional(result) : std::nullopt;
+/// Made once for each key, since to open a converter takes its time.
+template <class Value, class... Key>
+Value& kept(const Key&... key) {
+  static auto& values = *new std::map<std::tuple<Key...>, Value>;
+  return values.try_emplace({key...}, key...).first->second;
+}
+
+Iconv& iconv_of(const std::string& name) { return kept<Iconv>(std::string(iconv_name(name))); }
+
+/// What one conversion gives.
+struct Conversion {
+  std::string text;
+  std::vector<ConversionLoss> losses;
+  std::uint64_t malformed() const {
+    return static_cast<std::uint64_t>(
+        std::count_if(losses.begin(), losses.end(), [](auto& loss) { return loss.malformed; }));
+  }
+};
+
+bool operator==(const Conversion& a, const Conversion& b) {
+  const auto is_same = [](auto& x, auto& y) {
+    return x.offset == y.offset && x.length == y.length && x.character == y.character && x.malformed == y.malformed;
+  };
+  return a.text == b.text && std::equal(a.losses.begin(), a.losses.end(), b.losses.begin(), b.losses.end(), is_same);
+}
+
+/// In pieces, each in memory of its size.
+Conversion convert(const std::string& text, const std::string& from, const std::string& to, std::size_t piece,
+                   std::size_t room) {
+  Conversion result;
+  Transcoder transcoder(from, to);
+  transcoder.report_losses([&](const ConversionLoss& loss) { result.losses.push_back(loss); });
+  const std::unique_ptr<char[]> written(new char[room]);
+  std::size_t begin = 0, end = 0;
+  Transcoder::Progress step{0, 0, true};
+  do {
+    if (step.done) end += std::min(piece, text.size() - end);
+    const std::unique_ptr<char[]> offered(new char[end - begin]);
+    text.copy(offered.get(), end - begin, begin);
+    step = transcoder.convert(offered.get(), end - begin, end == text.size(), written.get(), room);
+    require(step.consumed <= end - begin && step.written <= room);
+    require(step.done || step.consumed + step.written > 0);
+    begin += step.consumed;
+    result.text.append(written.get(), step.written);
+  } while (!step.done || end < text.size());
+  require(begin == text.size());
+  const auto malformed = result.malformed();
+  require(transcoder.has_substituted_input() == (malformed > 0));
+  require(transcoder.has_substituted_output() || malformed == result.losses.size());
+  return result;
+}
+
+/// Text without losses, as iconv has it.
+std::optional<std::string> by_iconv(const std::string& text, const std::string& from, const std::string& to) {
+  if (text.empty()) return "";
+  const auto units = iconv_of(from).decode(text);
+  return units ? iconv_of(to).encode(*units) : std::nullopt;
+}
+
+/// Text without losses, character by character. The tests compare each character with that of iconv.
+std::optional<std::string> by_characters(const std::string& text, const std::string& from, const std::string& to) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    std::optional<std::u16string> units;
+    for (std::size_t length = 1; !units && length <= std::min<std::size_t>(text.size() - at, 4); ++length) {
+      units = kept<Ours>(from).decode(text.substr(at, length));
+      if (units) at += length;
+    }
+    if (!units) return std::nullopt;
+    for (const auto code : to_codes(*units)) {
+      const auto bytes = kept<Ours>(to).encode(code);
+      if (!bytes) return std::nullopt;
+      result += *bytes;
+    }
+  }
+  return result;
+}
+
+/// Whether iconv and the library have this character otherwise.
+bool has_otherwise(char32_t code, const std::string& page) {
+  const auto theirs = iconv_of(page).encode(code);
+  auto& ours = kept<Ours>(page);
+  return ours.encode(code) != theirs || (theirs && ours.decode(*theirs) != iconv_of(page).decode(*theirs));
+}
+
+/// What the text becomes if `converter` converts what is between the losses.
+template <class Converter>
+std::optional<std::string> joined(Converter converter, const std::string& text,
+                                  const std::vector<ConversionLoss>& losses, const std::string& from,
+                                  const std::string& to) {
+  std::optional<std::string> result;
+  std::size_t at = 0;
+  const auto add_until = [&](std::size_t end) {
+    const auto segment = converter(text.substr(at, end - at), from, to);
+    if (segment) result = result.value_or("") + *segment;
+    return segment.has_value();
+  };
+  for (const auto& loss : losses) {
+    if (!add_until(loss.offset)) return std::nullopt;
+    *result += kept<Ours>(to).substitute();
+    at = loss.offset + loss.length;
+  }
+  return add_until(text.size()) ? result : std::nullopt;
+}
+
+/// Each loss is one to others, too, and all the rest is what they make of it.
+void judge(const std::string& text, const Conversion& conversion, const std::string& from, const std::string& to,
+           Judgement judgement) {
+  std::size_t at = 0;
+  for (const auto& loss : conversion.losses) {
+    require(loss.offset >= at && loss.length > 0 && loss.offset + loss.length <= text.size());
+    require(!loss.malformed || loss.character == malformed);
+    at = judgement == Judgement::none ? loss.offset : loss.offset + loss.length;  // characters of UTF-7 share bytes
+    const auto lost = text.substr(loss.offset, loss.length);
+    if (judgement == Judgement::characters) require(!by_characters(lost, from, to));
+    if (judgement == Judgement::strict) require(!by_iconv(lost, from, to));
+  }
+  if (judgement == Judgement::none || (judgement == Judgement::whole && (text.empty() || !conversion.losses.empty())))
+    return;
+  if (joined(by_iconv, text, conversion.losses, from, to) == conversion.text) return;
+  if (judgement == Judgement::whole) {
+    const auto codes = to_codes(iconv_of("UTF-8").decode(from == "UTF-8" ? text : conversion.text).value_or(u""));
+    const auto& page = from == "UTF-8" ? to : from;
+    require(std::any_of(codes.begin(), codes.end(), [&](char32_t code) { return has_otherwise(code, page); }));
+    return;
+  }
+  require(judgement == Judgement::characters);
+  require(joined(by_characters, text, conversion.losses, from, to) == conversion.text);
+}
+
+/// The other way to convert between two encodings, by UTF-16.
+void check_converters(const std::string& text, const Conversion& whole, const std::string& from,
+                      const std::string& to) {
+  const auto units = kept<ku::i18n::codecvt_string_to_ustring>(from, true).convert(text.data(), text.size());
+  require(kept<ku::i18n::codecvt_ustring_to_string>(to, true).convert(units.data(), units.size()) == whole.text);
+}
+
+class Recorder : public QARCodePageTransform {
+public:
+  Recorder(const std::string& from, const std::string& to, OnLoss on_loss)
+      : QARCodePageTransform("recorder", from, to, on_loss) {}
+  QARConversionLoss loss;
+
+protected:
+  void lost(const QARConversionLoss& all, QARMetaData&) override { loss = all; }
+};
+
+void check_code_page_transform(const std::string& text, const Conversion& whole, const std::string& from,
+                               const std::string& to, QARCodePageTransform::OnLoss on_loss) {
+  auto& transform = kept<Recorder>(from, to, on_loss);
+  transform.loss = {};
+  QARByteArray out(std::string("before"));
+  QARMetaData meta;
+  const bool is_right = whole.losses.empty() || on_loss == QARCodePageTransform::OnLoss::substitute;
+  require(transform.transform(QARByteArray(text), out, meta) == is_right);
+  require(Korvane::qardatainterfaces::text(out) == (is_right ? whole.text : "before"));
+  const auto& [malformed, unmappable, places] = transform.loss;
+  require(malformed == whole.malformed() && malformed + unmappable == whole.losses.size());
+  require(places.size() == std::min(whole.losses.size(), QARConversionLoss::most_places));
+  require(std::equal(places.begin(), places.end(), whole.losses.begin(), [](auto& x, auto& y) {
+    return x.offset == y.offset && x.length == y.length && x.character == y.character && x.malformed == y.malformed;
+  }));
+}
+
+void check_local_transform(const std::string& text, const Conversion& whole, const std::string& code_page,
+                           bool decodes) {
+  static LCPToUTF8Transform to_utf8;
+  static UTF8ToLCPTransform from_utf8;
+  ku::i18n::ZrLocale::global(kept<ku::i18n::ZrLocale>("en_US." + code_page));
+  const CapturedOutput output;
+  QARByteArray out;
+  QARMetaData meta;
+  QARTransform& transform = decodes ? static_cast<QARTransform&>(to_utf8) : from_utf8;
+  require(transform.transform(QARByteArray(text), out, meta));
+  require(Korvane::qardatainterfaces::text(out) == whole.text && output.text().empty() == whole.losses.empty());
+}
+
+/// Any name asks for an encoding, or is refused everywhere.
+void check_name(const std::string& name) {
+  const auto is_refused = [](auto&& task) {
+    try {
+      task();
+      return false;
+    } catch (const ku::i18n::CvtExceptionBase& e) {
+      require(*e.what() != '\0');
+      return true;
+    } catch (const Korvane::rtxi18nutil::DeployedException&) {
+      return true;
+    }
+  };
+  const bool refused = is_refused([&] { ku::i18n::codecvt_string_to_ustring(name, true); });
+  require(refused == is_refused([&] { Transcoder(name, name); }));
+  require(refused == is_refused([&] { Recorder(name, "UTF-8", QARCodePageTransform::OnLoss::fail); }));
+  if (name.empty() || name.find_first_of(std::string_view("@\0", 2)) != name.npos) return;  // not as that of a locale
+  ku::i18n::ZrLocale::global(ku::i18n::ZrLocale("en_US." + name));
+  require(refused == is_refused([&] {
+            const CapturedOutput output;
+            QARByteArray out;
+            QARMetaData meta;
+            LCPToUTF8Transform().transform(QARByteArray(std::string("a")), out, meta);
+          }));
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const struct {
-    const char* name;
-    bool in_glibc;
-  } encodings[] = {{"UTF-8", true},        {"ISO-8859-1", true}, {"KOI8-R", true},        {"ISO-8859-5", true},
-                   {"SJIS", false},        {"EUC-JP", false},    {"EUC-KR", false},       {"Big5", false},
-                   {"GB18030", false},     {"GBK", false},       {"windows-1252", false}, {"CP437", false},
-                   {"ISO-2022-JP", false}, {"UTF-16", false},    {"UTF-7", false},        {"IBM-037", false},
-                   {"unknown", false}};
   Input input(data, size);
-  const auto& [encoding, in_glibc] = encodings[input.number() % std::size(encodings)];
-  std::string text;
-  const auto copies = 1 + input.number() % 4 * 100;  // past the borders of the blocks
+  const auto choices = input.number();
+  if (choices == 255) return check_name(input.text(40)), 0;
+  const auto& encoding = encodings()[choices % encodings().size()];
+  const auto choice = input.number();
+  const bool decodes = choice % 2 == 1;
+  // What is converted at once may begin and end anywhere in the text.
+  std::string text(input.number(), 'a');
+  const auto copies = 1 + input.number() % 8;
+  const auto& other = input.one_of(encodings());
+  const std::size_t piece = 1 + input.number(), room = Transcoder::least_room + input.number();
   const auto part = input.text();
   for (unsigned i = 0; i < copies; ++i) text += part;
 
-  const ContentLocale locale(encoding);
-  const auto check = [&, name = encoding, known = in_glibc](QARTransform&& transform, bool decodes) {
-    const char* const from = decodes ? name : "UTF-8";
-    const char* const to = decodes ? "UTF-8" : name;
-    const CapturedOutput output;
-    QARByteArray out;
-    QARMetaData meta;
-    try {
-      require(transform.transform(QARByteArray(text), out, meta));
-    } catch (const Korvane::rtxi18nutil::DeployedException&) {
-      return require(name == std::string("unknown"));
-    }
-    require(std::string(out.begin(), out.end()) == by_converters(text, from, to));
-    if (!known) return;
-    // By UTF-16, which ends where Unicode does: the C library's UTF-8 goes on to U+1FFFFF.
-    const auto units = by_iconv(text, from, "UTF-16LE");
-    const auto expected = units ? by_iconv(*units, "UTF-16LE", to) : units;
-    require(expected.has_value() == output.text().empty() &&
-            (!expected || *expected == std::string(out.begin(), out.end())));
-  };
-  check(LCPToUTF8Transform(), true);
-  check(UTF8ToLCPTransform(), false);
+  const std::string name = encoding.name, from = decodes ? name : "UTF-8", to = decodes ? "UTF-8" : name;
+  const auto whole = convert(text, from, to, text.size(), 8192);
+  judge(text, whole, from, to, encoding.judgement);
+  using OnLoss = QARCodePageTransform::OnLoss;
+  switch (choice / 2 % 6) {
+    case 0: require(convert(text, from, to, piece, room) == whole); break;
+    case 1: check_code_page_transform(text, whole, from, to, OnLoss::substitute); break;
+    case 2: check_code_page_transform(text, whole, from, to, OnLoss::fail); break;
+    case 3: check_local_transform(text, whole, name, decodes); break;
+    case 4: check_converters(text, whole, from, to); break;
+    default: check_converters(text, convert(text, name, other.name, piece, room), name, other.name);
+  }
   return 0;
 }

@@ -40,7 +40,7 @@ std::string expected(const std::u16string& path, bool runtime, const std::u16str
     return "content " + std::string(bytes.data(), static_cast<std::size_t>(size));
   }
   if (!S_ISREG(found.st_mode)) {
-    if (runtime) return S_ISDIR(found.st_mode) ? open_failed : "";
+    if (runtime) return S_ISFIFO(found.st_mode) ? "" : open_failed;
     return "QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED";
   }
   const int handle = ::open(native.c_str(), O_RDONLY | O_CLOEXEC);
@@ -60,16 +60,28 @@ std::string found(QARFileReaderFactory& factory, const std::u16string& path, boo
   const auto whole = text(reader->readAll());
   require(!reader->readError());
   if (!reader->readSucceeded()) return "error " + std::to_string(reader->lastError());
+  if (whole.size() % 2 == 0) return "content " + whole;
   std::string chunks;
   QARMetaData meta;
-  do chunks += chunk(*reader, 5, meta);
-  while (reader->more());
+  do {
+    chunks += chunk(*reader, 5, meta);
+  } while (reader->more());
   require(chunks == whole || (chunks == whole.substr(0, 5) && reader->ready() == 0));  // a link has no place in it
   return "content " + whole;
 } catch (const Korvane::rtxi18nutil::DeployedException& e) {
   return e.identifier();
 } catch (const std::runtime_error&) {
   return no_status;
+}
+
+/// A FIFO delivers what is in it, once.
+void check_fifo(QARFileReaderFactory& factory, const std::string& native, const std::string& content) {
+  const int writer = ::open(native.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+  require(::write(writer, content.data(), content.size()) == static_cast<ssize_t>(content.size()));
+  const auto reader = factory.getRuntimeReader(QARPath::fromNative(native));
+  ::close(writer);
+  const auto start = chunk(*reader, 3);
+  require(start + text(reader->readAll()) == content && reader->ready() == QARFileReader::not_good);
 }
 
 /// What one input has made below a directory, which stands as long as the program.
@@ -89,10 +101,12 @@ public:
     return path;
   }
 
-  enum class Kind { directory, file, fifo, link, nothing };
+  enum class Kind { directory, file, fifo, socket, link, nothing };
 
-  void make(Kind kind, const std::string& path, const std::string& content) {
-    if (const bool is_made = make_entry(kind, path.c_str(), content)) made_.push_back(path);
+  bool make(Kind kind, const std::string& path, const std::string& content) {
+    const bool is_made = make_entry(kind, path.c_str(), content);
+    if (is_made) made_.push_back(path);
+    return is_made;
   }
 
 private:
@@ -100,6 +114,7 @@ private:
     switch (kind) {
       case Kind::directory: return ::mkdir(path, 0755) == 0;
       case Kind::fifo: return ::mkfifo(path, 0644) == 0;
+      case Kind::socket: return ::mknod(path, S_IFSOCK | 0644, 0) == 0;
       case Kind::link: return ::symlink(content.c_str(), path) == 0;
       case Kind::nothing: return false;
       case Kind::file: break;
@@ -118,8 +133,13 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using Kind = Tree::Kind;
-  static constexpr Kind kinds[] = {Kind::directory, Kind::file, Kind::fifo, Kind::link, Kind::nothing};
-  static const std::u16string before[] = {u"", u"//:", u"//"}, behind[] = {u"", u"/", u".", {u"\0.qvz", 5}};
+  static constexpr Kind kinds[] = {Kind::directory, Kind::file, Kind::fifo, Kind::socket, Kind::link, Kind::nothing};
+  // Few, so that paths and links lead to what is there: `paths` tries all names.
+  static const std::string parts[] = {
+      "a",    "b",    "c", "/", "a", "b", ".t", "qvz", "/", ".", "//:", "\xC3\xA9", std::string(256, 'n'),
+      "\xFF", {'\0'}, "\n"};
+  static const std::u16string before[] = {u"", u"//:", u"//"};
+  static const std::u16string behind[] = {u"", u"", u"", u"", u"/", u".", {u"\0.qvz", 5}, u"\xD800"};
   static const auto root = QARPath::fromNative(Tree::root());
   struct Asked {
     std::u16string path;
@@ -130,22 +150,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<Asked> asked;
   std::u16string registered;
   // Links come last, not through each other, and neither they nor names lead out of the tree.
-  for (auto kind = Kind::directory; !input.empty() && asked.size() < 6;) {
-    kind = std::max(kind, input.one_of(kinds));
-    const auto& start = input.one_of(before);
-    const auto& end = input.one_of(behind);
-    const bool runtime = input.number() % 2 == 1;
-    if (kind == Kind::nothing) {
-      asked.push_back({start + root + input.name(255) + end, runtime});
-      continue;
-    }
-    const std::string name(input.text(input.number())), content(input.text(input.number()));
-    const auto& leading = kind == Kind::link ? content : name;
-    if (leading.find("..") != leading.npos || (kind == Kind::link && (name + content[0]).find('/') != name.npos)) break;
+  for (auto kind = Kind::directory; !input.empty() && asked.size() < 2;) {
+    const auto choice = input.number();
+    kind = std::max(kind, kinds[choice % 6]);
+    const auto name = input.some_of(parts, 3), content = input.some_of(parts, 3);
+    if ((name + "/" + content).find("..") != name.npos) break;
     const auto native = Tree::root() + name.c_str();
-    tree.make(kind, native, content);
-    asked.push_back({start + QARPath::fromNative(native) + end, runtime});
-    if (const auto dot = name.rfind('.'); dot != name.npos) registered = QARPath::fromNative(name.substr(dot)).c_str();
+    const bool leads_out = kind == Kind::link && (name.find('/') != name.npos || content[0] == '/');
+    const bool is_made = !leads_out && tree.make(kind, native, content);
+    QARFileReaderFactory plain;
+    if (is_made && kind == Kind::fifo) check_fifo(plain, native, content);
+    const auto& start = before[choice / 6 % 3];
+    const auto& end = behind[choice / 18 % 8];
+    asked.push_back({start + root + QARPath::fromNative(name.c_str()) + end, choice / 144 == 1});
+    if (const auto dot = name.rfind('.'); dot != name.npos)
+      registered = QARPath::fromNative(name.substr(dot).c_str());
   }
   QARFileReaderFactory factory;
   factory.addFileTypeHandler(

@@ -1,6 +1,7 @@
 // Any bytes as an archive: whatever becomes of it is in the directory, or nowhere.
 
 #include "input.hpp"
+#include "support/CapturedOutput.hpp"
 #include "unpackArchive.hpp"
 
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
@@ -37,6 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   Korvane::qardatainterfaces::QARFileReaderFactory factory;
   factory.addFileTypeHandler({u".txt"}, new Korvane::qardatainterfaces::UTF8ToLCPTransform);
+  const CapturedOutput output;
   bool unpacked = true;
   try {
     packing::unpackArchive(archive, tree, {1 << 20, 200}, factory, [](auto&, auto&) {});

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# arrows.sh [FOLDER]: fails for each include that points the wrong way between the folders of the sources.
+# arrows.sh [FOLDER]: checks the includes between the source folders of the project. Prints each include that is not
+# allowed, and then fails.
 #
-# The table below has what each part may include, beside itself; what these include in turn is not allowed by that. A
-# public header belongs to the part whose source has its name. docs/architecture.md tells what the parts are.
+# The table below lists the parts that each part may include besides itself. This is not transitive: a part may not
+# include what an allowed part includes. A public header belongs to the part that has the source of the same name.
+# docs/architecture.md describes the parts.
 set -euo pipefail
 cd "${1:-"$(dirname "$0")/.."}"
 
@@ -38,7 +40,7 @@ find src include platform -name '*.[ch]pp' | LC_ALL=C sort | awk '
     return path
   }
   function stem(path) { sub(/.*\//, "", path); sub(/\..*/, "", path); return path }
-  # The part that `name`, included by `file`, belongs to; nothing if it is not ours.
+  # The part of the header `name`, which `file` includes; empty if it is not a header of this project.
   function target(file, name,   sibling) {
     if (name ~ /^qardatainterfaces\//) return stem(name) in home ? home[stem(name)] : "types"
     if (name ~ /^(ku|opc|qar|tavik_core)\//) return "platform"

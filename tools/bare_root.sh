@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# bare_root.sh RELEASE FOLDER: makes the folder the root of a bare Debian with git and sudo; tools/in_root.sh runs
-# commands in it. Needs root and debootstrap. The mirror and the way to it are those that apt uses on this machine.
-# The first root of a release is kept as a tar file, which the next ones are unpacked from; delete it to renew it.
+# bare_root.sh RELEASE FOLDER: creates a bare Debian with git and sudo in the folder; tools/in_root.sh runs commands in
+# it. Needs root and debootstrap. Uses the mirror and the proxy that apt uses on this machine. The first root of a
+# release is kept as a tar file, from which later ones are unpacked; delete the file to renew it.
 set -euo pipefail
 [ $# = 2 ] || { echo "usage: tools/bare_root.sh RELEASE FOLDER" >&2; exit 2; }
 release=$1 root=$2
@@ -9,7 +9,7 @@ kept=${XDG_CACHE_HOME:-$HOME/.cache}/zrqardatainterfaces/$release.tar
 
 mkdir -p "$root" "$(dirname "$kept")"
 if [ ! -e "$kept" ]; then
-  # shellcheck disable=SC2016  # apt fills these in
+  # shellcheck disable=SC2016  # apt expands these
   mirror=$(apt-get indextargets --format '$(ORIGIN) $(LABEL) $(REPO_URI)' | sed -n 's/^Debian Debian //p' | head -n 1)
   [ -n "$mirror" ] || { echo "bare_root.sh: apt knows no Debian mirror; run apt-get update" >&2; exit 1; }
   log=$(mktemp)
@@ -22,5 +22,5 @@ if [ ! -e "$kept" ]; then
 else
   tar --extract --file="$kept" --directory="$root"
 fi
-chmod 0755 "$root"  # temporary folders are for one user
-cp /etc/resolv.conf /etc/hosts "$root/etc/"  # what they say may change while the root is kept
+chmod 0755 "$root"  # a temporary folder is accessible only to its owner
+cp /etc/resolv.conf /etc/hosts "$root/etc/"  # may have changed since the tar file was made

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""check_links.py SITE PAGE.md...: fails unless every link and picture of the pages and of the generated site in the
-folder SITE leads to something that is there, headings included.
+"""check_links.py SITE PAGE.md...: checks that the target of every link and picture exists, headings included, in the
+pages and in the generated site in the folder SITE.
 
-A page may link to any file of the project, a source for example. The site has no such file: it is copied into it, and
-the link made to lead there. Links to other machines are not followed.
+A page may link to any file of the project, for example a source. Such a file is copied into the site, and the link in
+the site is changed to the copy. Links to other hosts are not checked.
 """
 import html.parser
 import os

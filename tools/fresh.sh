@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# fresh.sh RELEASE [--user]: what somebody meets who clones the project on a bare Debian: makes one, clones the last
-# commit into it, and runs ./dev demo, ./dev test and ./dev trial there; as root without a terminal, or with --user as an
-# ordinary user with sudo, at a terminal. Needs debootstrap, and root or sudo.
+# fresh.sh RELEASE [--user]: tests the project on a bare Debian. Creates one, clones the last commit into it, and runs
+# ./dev demo, ./dev test and ./dev trial there, as root without a terminal, or with --user as an ordinary user with sudo
+# at a terminal. Needs debootstrap, and root or sudo.
 set -euo pipefail
 usage() { echo "usage: tools/fresh.sh RELEASE [--user]" >&2; exit 2; }
 case ${1:-} in '' | -*) usage ;; esac
@@ -14,11 +14,11 @@ work=$(mktemp --directory --tmpdir="${TMPDIR:-/var/tmp}" "zrqardatainterfaces-$r
 trap 'rm --recursive --force --one-file-system "$work"' EXIT
 trap 'exit 130' INT TERM HUP
 
-# say WHAT: how long since it was last called.
+# say WHAT: prints the time since the last call.
 say() { echo "-- $release: $1, $SECONDS s"; SECONDS=0; }
 
 root=$work/root
-[ -z "$(git -C "$tools" status --porcelain)" ] || echo "-- what is not committed is left out"
+[ -z "$(git -C "$tools" status --porcelain)" ] || echo "-- uncommitted changes are not tested"
 "$tools/bare_root.sh" "$release" "$root"
 say "a bare root"
 home=/root way="root without a terminal"

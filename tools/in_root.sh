@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# in_root.sh FOLDER COMMAND...: runs the command in a root that tools/bare_root.sh has made, as root, with the devices
-# that any machine has. Mounts and processes live in namespaces of their own: however the command ends, nothing of them
-# is left, and the folder can be deleted.
+# in_root.sh FOLDER COMMAND...: runs the command as root in a folder made by tools/bare_root.sh, with the usual devices.
+# Mounts and processes have their own namespaces. They disappear when the command ends, so the folder can be deleted.
 set -euo pipefail
 [ $# -gt 1 ] || { echo "usage: tools/in_root.sh FOLDER COMMAND..." >&2; exit 2; }
 

@@ -10,6 +10,6 @@ rm -rf "$folder/source" "$folder/packages"
 mkdir "$folder/source" "$folder/packages"
 git ls-files -z --cached --others --exclude-standard | xargs --null cp --parents --target-directory "$folder/source"
 cd "$folder/source"
-export CCACHE_BASEDIR=  # ccache would make paths relative in one folder and not in another
+export CCACHE_BASEDIR=  # otherwise ccache makes paths relative in some folders, and the bytes differ
 dpkg-buildpackage --build=binary --unsigned-changes --no-pre-clean >"$folder/log" 2>&1 || { cat "$folder/log"; exit 1; }
 mv ../*.deb ../packages

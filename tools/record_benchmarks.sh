@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# record_benchmarks.sh BUILD: runs the benchmarks of the build tree and puts their table and their picture into
+# record_benchmarks.sh BUILD: runs the benchmarks of the build tree and updates the table and the picture of
 # docs/performance.md.
 set -euo pipefail
 [ $# = 1 ] || { echo "usage: tools/record_benchmarks.sh BUILD" >&2; exit 2; }

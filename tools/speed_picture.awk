@@ -1,5 +1,5 @@
-# Draws the speed over the size, as SVG, of the rows "size, N KiB NAME to UTF-8" that zrqar_bench has written to a file:
-# awk -f speed_picture.awk FILE
+# Draws an SVG picture of speed by size from the rows "size, N KiB NAME to UTF-8" of a file that zrqar_bench has
+# written: awk -f speed_picture.awk FILE
 
 BEGIN {
   FS = ";"

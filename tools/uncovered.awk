@@ -1,13 +1,33 @@
-# Reads what `llvm-cov show --show-branches=count` prints, and prints each line of it that has not run, or has a branch
-# that has not: awk -f uncovered.awk. Lines that need not run say why, after "not covered:". Exit status 1 if any is left.
+# Reads the output of `llvm-cov show --show-branches=count` and prints each line that has not run, or that has a branch
+# which was never taken: awk -v list=tools/not_covered.txt -f uncovered.awk. The list has the lines that no test can
+# cover. Exit status 1 if a line is uncovered and not listed, or if an entry of the list matches no uncovered line.
 
-BEGIN { FS = "|"; sort = "sort --field-separator=: --key=1,1 --key=2n" }
+function fail(message) {
+  print "uncovered.awk: " message > "/dev/stderr"
+  failed = 1
+  exit 2
+}
 
+BEGIN {
+  FS = "|"
+  sort = "sort --field-separator=: --key=1,1 --key=2n"
+  while ((status = (getline entry < list)) > 0) {
+    ++number
+    if (entry ~ /^(#|$)/) continue
+    if (split(entry, part, / \| /) != 3) fail(list ":" number ": not FILE | FRAGMENT | REASON")
+    entry_file[number] = part[1]
+    entry_text[number] = part[2]
+  }
+  if (status < 0) fail("the list cannot be read: " list)
+}
+
+# A line such as "/project/src/file.cpp:" begins a file.
 /^[^ ].*:$/ { file = $0 }
 
 $1 ~ /^ *[0-9]+$/ {
   place = file $1 + 0
   text[place] = substr($0, length($1 $2) + 3)
+  file_of[place] = file
   if ($2 ~ /^ *0$/) missed[place]
 }
 
@@ -19,13 +39,25 @@ $2 ~ /Branch .*True/ {  # once for each instance of a template
   if (part[8] != 0) passed[branch]
 }
 
+# The number of the entry that accepts the uncovered line; 0 if there is none.
+function entry_for(place,   number) {
+  for (number in entry_file)
+    if (index("/" file_of[place], "/" entry_file[number] ":") && index(text[place], entry_text[number])) return number
+  return 0
+}
+
 END {
-  if (NR == 0) { print "uncovered.awk: there is nothing to read" > "/dev/stderr"; exit 2 }
+  if (failed) exit 2
+  if (NR == 0) fail("there is no input")
   for (branch in line) if (!(branch in taken) || !(branch in passed)) missed[line[branch]]
-  for (place in missed)
-    if (text[place] ~ /not covered:/) ++explained
-    else { ++left; print place ": " text[place] | sort }
+  for (place in missed) {
+    number = entry_for(place)
+    if (number) { ++explained; used[number] }
+    else { ++uncovered; print place ": " text[place] | sort }
+  }
   close(sort)
-  print left + 0 " lines are left, and " explained + 0 " that need not run"
-  exit left > 0
+  for (number in entry_file)
+    if (!(number in used)) { ++stale; print list ":" number ": matches no uncovered line" }
+  print uncovered + 0 " uncovered lines, " explained + 0 " more that are listed, " stale + 0 " entries without a line"
+  exit uncovered + stale > 0
 }

@@ -35,11 +35,11 @@ bool ArchiveReader::next() {
   const auto before = ::archive_filter_bytes(reader_.get(), 0);
   const int status = ::archive_read_next_header(reader_.get(), &entry_);
   if (status == ARCHIVE_EOF) {
-    // To libarchive a tar without its end mark is whole as well, so one that is cut off between two entries would be.
+    // libarchive accepts a tar without its end mark, and so a tar that is truncated between two entries.
     if (::archive_filter_bytes(reader_.get(), 0) - before < end_mark) throw BadArchive(path_ + ": cut off");
     return false;
   }
-  // A name that should be UTF-8 and is not comes as it is, with a warning.
+  // A name that should be UTF-8 but is not is returned unchanged, with a warning.
   if (status != ARCHIVE_WARN || ::archive_entry_pathname_utf8(entry_) != nullptr) check(status, path_);
   readHeader();
   checkLimits();
@@ -73,7 +73,7 @@ std::size_t ArchiveReader::read(void* buffer, std::size_t size) {
   const auto count = ::archive_read_data(reader_.get(), buffer, size);
   check(count, name_);
   auto placed = static_cast<std::size_t>(count);
-  if (placed == 0 && left_ > 0) {  // a hole at the end; what is cut off would be an error
+  if (placed == 0 && left_ > 0) {  // a hole at the end; a truncated entry is an error
     placed = std::min<std::uint64_t>(size, left_);
     std::memset(buffer, 0, placed);
   }
@@ -89,7 +89,7 @@ void ArchiveReader::check(long status, const std::string& about) const {
   throw BadArchive(about + ": " + (reason.empty() ? "cannot be read" : reason));
 }
 
-// Holes count, which take nothing in an archive, and so do headers, which take nothing on the disk.
+// Counts holes, which take no space in the archive, and headers, which take no space on disk.
 void ArchiveReader::checkLimits() const {
   const auto grown = std::max(delivered_, position(reader_.get(), 0));
   if (grown > limits_.size) throw BadArchive(path_ + ": is larger than allowed");

@@ -13,21 +13,20 @@
 
 namespace packing {
 
-/// What an archive may grow to, in bytes.
+/// Limits for the size of the unpacked content, in bytes.
 struct Limits {
   std::uint64_t size = std::uint64_t{16} << 30;
-  /// Times what has been read of the archive.
+  /// The largest ratio of unpacked content to archive read so far.
   std::uint64_t ratio = 200;
-  /// So much is allowed at any ratio.
+  /// This much is allowed at any ratio.
   static constexpr std::uint64_t harmless = 64U << 20;
 };
 
-/// Reads a tar, whoever has made it, plain or compressed by gzip or zstd, from its first entry to its end.
+/// Reads a tar made by any program, uncompressed or compressed by gzip or zstd, from the first entry to the end.
 ///
-/// Errors   `BadArchive`, with the name of the archive or the entry, for whatever is damaged, cut off or larger than
-/// the
-///          limits; afterwards the object must not be used any more.
-/// Threads  The thread that made the object, alone.
+/// Errors   `BadArchive`, with the name of the archive or the entry, if something is damaged, truncated or larger
+///          than the limits; the object must not be used after that.
+/// Threads  Only the thread that made the object may use it.
 class ArchiveReader {
 public:
   enum class Kind { file, directory, link, hardLink };
@@ -36,18 +35,18 @@ public:
   ArchiveReader(const ArchiveReader&) = delete;
   ArchiveReader& operator=(const ArchiveReader&) = delete;
 
-  /// Goes to the next entry; false at the end of the archive.
+  /// Advances to the next entry; returns false at the end of the archive.
   bool next();
 
-  /// Of the entry.
+  /// Properties of the entry.
   /// @{
   Kind kind() const noexcept { return kind_; }
-  /// As `relativeName` gives it.
+  /// The name as `relativeName` returns it.
   const std::string& name() const noexcept { return name_; }
   bool executable() const { return (::archive_entry_perm(entry_) & 0111) != 0; }
-  /// Of a link or hard link.
+  /// The target of a link or hard link.
   const std::string& target() const noexcept { return target_; }
-  /// Places at most `size` bytes of the content at `buffer`; 0 at its end.
+  /// Copies at most `size` bytes of the content to `buffer` and returns how many; 0 at its end.
   std::size_t read(void* buffer, std::size_t size);
   /// @}
 

@@ -91,8 +91,8 @@ void ArchiveWriter::start(const std::string& name, unsigned type, unsigned permi
 }
 
 void ArchiveWriter::writeHeader() {
-  // Of a name that is not UTF-8 there is a warning; it is stored as it is, and marked so (hdrcharset=BINARY). Pairs
-  // of surrogates in three bytes each would become one character in four, though.
+  // libarchive stores a name that is not UTF-8 unchanged, marks it (hdrcharset=BINARY) and warns. But it joins a
+  // surrogate pair of three bytes each to one character of four bytes, which changes the name.
   const auto changed = [](const char* as_utf8, const char* as_is) {
     return as_utf8 != nullptr && std::string_view(as_utf8) != as_is;
   };

@@ -16,39 +16,39 @@
 
 namespace packing {
 
-/// Writes a pax tar whose bytes depend on what it is given alone: every entry is root's, has the same time, and the
-/// permissions 755 or 644. Names are bytes.
+/// Writes a reproducible pax tar, whose bytes depend only on the arguments: every entry belongs to root and has the
+/// same time, and the permissions 755 or 644. Names are bytes.
 ///
-/// State   The archive appears under its name with `finish`, or not at all.
-/// Errors  `std::system_error` if it cannot be written, `std::runtime_error` of libarchive's.
-/// Threads The thread that made the object, alone.
+/// State   The archive appears under its name only when `finish` has succeeded.
+/// Errors  `std::system_error` if it cannot be written, `std::runtime_error` for errors of libarchive.
+/// Threads Only the thread that made the object may use it.
 class ArchiveWriter {
 public:
-  /// The end of `path` says how it is compressed: .tar, .tar.gz or .tar.zst. Throws `std::invalid_argument` for
-  /// others.
+  /// The end of `path` chooses the compression: .tar, .tar.gz or .tar.zst. Throws `std::invalid_argument` for other
+  /// ends.
   ArchiveWriter(const std::string& path, std::time_t time);
 
   void directory(const std::string& name);
-  /// Returns what describes the target.
+  /// Returns the fingerprint of the target.
   Fingerprint link(const std::string& name, const std::string& target);
 
-  /// A file begins with its size; then that many bytes follow.
+  /// A file is written by `beginFile` with its size, and then exactly that many bytes.
   /// @{
   void beginFile(const std::string& name, bool executable, std::uint64_t size);
   void write(const void* bytes, std::size_t size);
-  /// Returns what describes the content.
+  /// Returns the fingerprint of the content.
   Fingerprint endFile();
   /// @}
 
   void finish();
 
-  /// Whether `found` tells of the archive itself.
+  /// Whether `found` is the status of the archive itself.
   bool is(const struct stat& found) const { return file_.is(found); }
 
 private:
   struct Free {
     void operator()(::archive* writer) const {
-      ::archive_write_fail(writer);  // or an unfinished entry would be filled up with zeros
+      ::archive_write_fail(writer);  // otherwise libarchive pads an unfinished entry with zeros
       ::archive_write_free(writer);
     }
     void operator()(::archive_entry* entry) const { ::archive_entry_free(entry); }

@@ -1,13 +1,10 @@
 #include "Description.hpp"
 
+#include "../jsonText.hpp"
 #include "entryNames.hpp"
 
-#include <nlohmann/json.hpp>
 #include <qardatainterfaces/QARPath.hpp>
 
-#include <algorithm>
-#include <charconv>
-#include <cstdio>
 #include <stdexcept>
 
 namespace packing {
@@ -15,44 +12,21 @@ namespace {
 
 using Korvane::qardatainterfaces::QARPath;
 using nlohmann::json;
+using qarread::toJsonText;
 
 constexpr unsigned format = 1;
-constexpr int deepest = 4;  // the digits of a text that is no UTF-8
+constexpr int deepest = 4;  // the nesting of a text that is not UTF-8, which is an object
 
-bool isUtf8(const std::string& text) try {
-  if (std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; })) return true;
-  static_cast<void>(json(text).dump());
-  return true;
-} catch (const json::type_error&) {
-  return false;
+std::string toText(const json& value) try {
+  return qarread::fromJsonText(value);
+} catch (const std::invalid_argument&) {
+  throw BadArchive("the description has an invalid hexadecimal text");
 }
 
-/// JSON text is UTF-8. Bytes that are not go as {"hex": "FF00"}.
-json fromText(std::string text) {
-  if (isUtf8(text)) return text;
-  std::string digits(2 * text.size(), '0');
-  for (std::size_t i = 0; i < text.size(); ++i)
-    std::snprintf(&digits[2 * i], 3, "%02X", static_cast<unsigned char>(text[i]));
-  return {{"hex", std::move(digits)}};
-}
-
-std::string toText(const json& value) {
-  if (value.is_string()) return value.get_ref<const std::string&>();
-  const auto& digits = value.at("hex").get_ref<const std::string&>();
-  std::string text(digits.size() / 2, '\0');
-  for (std::size_t i = 0; i < digits.size(); i += 2) {
-    unsigned char byte = 0;
-    if (std::from_chars(&digits[i], digits.data() + std::min(i + 2, digits.size()), byte, 16).ptr != &digits[i] + 2)
-      throw BadArchive("the description has digits that are none");
-    text[i / 2] = static_cast<char>(byte);
-  }
-  return text;
-}
-
-json fromName(const std::u16string& name) { return fromText(QARPath::toNative(name)); }
+json fromName(const std::u16string& name) { return toJsonText(QARPath::toNative(name)); }
 std::u16string toName(const json& value) { return QARPath::fromNative(toText(value)); }
 
-/// Unlike `get`, these convert nothing: another type is an error.
+/// Unlike `get`, these functions convert nothing: a value of another type is an error.
 bool toFlag(const json& value) { return value.get_ref<const json::boolean_t&>(); }
 std::uint64_t toNumber(const json& value) { return value.get_ref<const json::number_unsigned_t&>(); }
 const json::array_t& toList(const json& value) { return value.get_ref<const json::array_t&>(); }
@@ -66,20 +40,20 @@ json parse(const std::string& text) {
 
 }  // namespace
 
-// Values go in one by one: in an initialiser list they would be copied.
+// Values are added one by one, since an initialiser list would copy them.
 std::string Description::toJson() {
   json all;
   all["format"] = format;
-  all["version"] = fromText(context.getVersionInfo());
+  all["version"] = toJsonText(context.getVersionInfo());
   auto& entries = all["entries"] = json::array();
   for (const auto& [entry, record] : catalogue.getFileMap()) {
     const auto native = QARPath::toNative(entry);
     const auto& fingerprint = fingerprints.at(native);
     auto& object = entries.emplace_back();
-    object["name"] = fromText(native);
+    object["name"] = toJsonText(native);
     object["record"] = fromName(record.getName());
     object["demo"] = record.isDemo();
-    object["userData"] = fromText(record.getUserData());
+    object["userData"] = toJsonText(record.getUserData());
     object["size"] = fingerprint.size();
     object["crc32"] = fingerprint.crc();
   }

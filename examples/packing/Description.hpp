@@ -13,12 +13,12 @@ namespace packing {
 /// By the native names of files and links; of a link, that of its target.
 using Fingerprints = std::map<std::string, Fingerprint>;
 
-/// What an archive says of itself, in its last entry: the catalogue, of the context the version text, and by what
-/// damage is found. Keys are neither written nor read.
+/// The description in the last entry of an archive: the catalogue, the version text of the context, and the
+/// fingerprints that detect damage. Keys are neither written nor read.
 struct Description {
   /// Of the entry.
   static constexpr const char* name = ".qar-description.json";
-  /// No entry may be larger, in bytes.
+  /// The largest size of the entry, in bytes.
   static constexpr std::size_t most = 256U << 20;
 
   Korvane::qardatainterfaces::QARData catalogue;
@@ -27,7 +27,7 @@ struct Description {
 
   /// Throws `std::length_error` if it becomes too large.
   std::string toJson();
-  /// Throws `BadArchive` for whatever `toJson` does not write.
+  /// Throws `BadArchive` for anything that `toJson` does not write.
   static Description fromJson(const std::string& json);
 };
 

@@ -8,8 +8,8 @@ namespace packing {
 /// An open file or directory; closed with the object.
 class Descriptor {
 public:
-  /// What `open` and its like have returned: negative if they failed, with `errno` saying why. Then throws
-  /// `std::system_error` with `name`, as all failures do.
+  /// `handle` is the result of `open` or a similar call. If it is negative, throws `std::system_error` for `errno`,
+  /// with `name`, like all failures.
   Descriptor(int handle, std::string name);
   ~Descriptor();
   Descriptor(const Descriptor&) = delete;
@@ -18,12 +18,12 @@ public:
   int get() const noexcept { return handle_; }
   const std::string& name() const noexcept { return name_; }
 
-  /// Closes the one before and takes that one, as the constructor does.
+  /// Closes the current descriptor and takes the new one, like the constructor.
   void replace(int handle);
 
   void write(const void* bytes, std::size_t size);
 
-  /// Some file systems tell only here that a write has failed.
+  /// Some file systems report a failed write only here.
   void close();
 
 private:
@@ -31,7 +31,7 @@ private:
   std::string name_;
 };
 
-/// Throws `std::system_error` of `errno`, with `name`.
+/// Throws `std::system_error` for `errno`, with `name`.
 [[noreturn]] void failAbout(const std::string& name);
 
 }  // namespace packing

@@ -7,8 +7,8 @@
 
 namespace packing {
 
-/// The content of an archive's current entry as the library's readers take it, piece by piece. The archive is
-/// referred to, and throws what `ArchiveReader` throws.
+/// The content of the current entry of an archive, as a stream for the library's readers. Refers to the archive;
+/// throws what `ArchiveReader` throws.
 class EntryStream final : public opc::InputStream {
 public:
   explicit EntryStream(ArchiveReader& archive) : archive_(archive) {}
@@ -21,7 +21,7 @@ public:
   }
   bool exhausted() override { return exhausted_; }
 
-  /// Of what has been delivered.
+  /// The fingerprint of the bytes delivered so far.
   const Fingerprint& fingerprint() const noexcept { return fingerprint_; }
 
 private:

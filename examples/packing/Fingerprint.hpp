@@ -5,7 +5,7 @@
 
 namespace packing {
 
-/// Size and checksum of content as the archive holds it.
+/// Size and checksum of content in the archive.
 class Fingerprint {
 public:
   Fingerprint() = default;
@@ -14,7 +14,7 @@ public:
   void add(const void* bytes, std::size_t size);
 
   std::uint64_t size() const noexcept { return size_; }
-  /// CRC-32 of gzip (ISO 3309).
+  /// CRC-32 as in gzip (ISO 3309).
   std::uint32_t crc() const noexcept { return crc_; }
   bool operator==(const Fingerprint&) const = default;
 

@@ -15,11 +15,11 @@ private:
   int signal_;
 };
 
-/// From now on SIGHUP, SIGINT and SIGTERM end the program through `checkInterruption`, so that it can tidy up. A
-/// signal that is ignored stays so.
+/// After this call, SIGHUP, SIGINT and SIGTERM end the program through `checkInterruption`, so that it can clean up.
+/// An ignored signal stays ignored.
 void catchSignals();
 
-/// Throws `Interrupted` once a signal has come. Long loops call it each time round.
+/// Throws `Interrupted` if a signal has arrived. Long loops call it in each iteration.
 void checkInterruption();
 
 }  // namespace packing

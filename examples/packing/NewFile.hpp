@@ -9,7 +9,7 @@ struct stat;
 
 namespace packing {
 
-/// A file that appears under its name when it is complete, in place of what was there, or not at all.
+/// A file that appears under its name only when it is complete, and then replaces an existing one.
 ///
 /// State   Until `commit` it has a temporary name in the same directory; the destructor removes it.
 /// Errors  `std::system_error`.
@@ -22,10 +22,10 @@ public:
 
   void write(const void* bytes, std::size_t size) { file_.write(bytes, size); }
 
-  /// Waits until the content is on the disk, then gives the file its name.
+  /// Waits until the content is on disk, then gives the file its name.
   void commit();
 
-  /// Whether `found` tells of this file.
+  /// Whether `found` is the status of this file.
   bool is(const struct stat& found) const;
 
 private:

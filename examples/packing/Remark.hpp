@@ -5,7 +5,7 @@
 
 namespace packing {
 
-/// Tells what is worth to know about an entry.
+/// Receives a remark about an entry.
 using Remark = std::function<void(const std::string& name, const std::string& text)>;
 
 }  // namespace packing

@@ -4,7 +4,7 @@
 
 namespace packing {
 
-/// Has the C library take text as UTF-8 in this thread, as long as the object lives.
+/// Sets a UTF-8 locale of the C library for this thread, as long as the object exists.
 class Utf8Locale {
 public:
   Utf8Locale() : own_(::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)), before_(::uselocale(own_)) {}

@@ -5,19 +5,19 @@
 
 namespace packing {
 
-/// The archive holds something that must not be unpacked, or is damaged.
+/// The archive is damaged, or has an entry that must not be unpacked.
 class BadArchive : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
 };
 
-/// The name of an entry below the directory that the archive is unpacked to: without empty and "." elements; empty
-/// for the directory itself. Throws `BadArchive` for a name that leads out of it.
+/// The name of an entry relative to the directory that the archive is unpacked to, without empty and "." elements;
+/// empty for the directory itself. Throws `BadArchive` for a name that leads out of it.
 std::string relativeName(const std::string& name);
 
-/// Whether a link of that (relative) name may lead out of the directory, whatever else is in there. A target is safe
-/// if it is relative and goes up no further than the link is deep, and only at its start: past a name, which may be
-/// another link, nobody knows what ".." means.
+/// Whether a link of this relative name may lead out of the directory, regardless of the other entries. A target is
+/// safe if it is relative, has no more ".." elements than the link is deep, and has them only at its start. After a
+/// name, which may itself be a link, the meaning of ".." is unknown.
 bool mayLeadOut(const std::string& name, const std::string& target);
 
 }  // namespace packing

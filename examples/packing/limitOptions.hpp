@@ -6,7 +6,7 @@
 
 namespace packing {
 
-/// The options of the command line that say how much an archive may become. `app` refers to `limits` from now on.
+/// Adds the command-line options for the limits. `app` keeps a reference to `limits`.
 inline void addLimitOptions(CLI::App& app, Limits& limits) {
   app.add_option("--max-size", limits.size, "What the archive may become, in bytes")->capture_default_str();
   app.add_option("--max-ratio", limits.ratio, "The same, in times of its own size")

@@ -1,8 +1,8 @@
-// Tells what is in an archive: `list --help`.
+// Lists the content of an archive: see `list --help`.
 
 #include "../Output.hpp"
 #include "../printable.hpp"
-#include "deliver.hpp"
+#include "deliverEntry.hpp"
 #include "limitOptions.hpp"
 #include "readArchive.hpp"
 #include "runProgram.hpp"
@@ -23,7 +23,7 @@ struct Row {
   std::string kind, size, name, target;
 };
 
-/// Reads all content, so that damage is found.
+/// Reads all content to detect damage.
 class ToRows final : public EntryConsumer {
 public:
   explicit ToRows(std::vector<Row>& rows) : rows_(rows) {}
@@ -32,7 +32,7 @@ public:
   void file(const std::string& name, bool executable, Korvane::qardatainterfaces::QARFileReader& reader) override {
     std::uint64_t total = 0;
     Korvane::qardatainterfaces::QARMetaData meta;
-    deliver(reader, name, meta, [&](const void*, std::size_t size) { total += size; });
+    deliverEntry(reader, name, meta, [&](const void*, std::size_t size) { total += size; });
     rows_.push_back({executable ? "program" : "file", std::to_string(total), name, ""});
   }
   void link(const std::string& name, const std::string& target) override {

@@ -1,4 +1,4 @@
-// Makes an archive of a directory: `pack --help`.
+// Packs a directory into an archive: see `pack --help`.
 
 #include "../Conversions.hpp"
 #include "../UsageError.hpp"
@@ -18,7 +18,7 @@ namespace {
 
 using Korvane::qardatainterfaces::QARPath;
 
-/// The time of every entry: the one that all programs of a reproducible build agree on.
+/// The time of every entry: SOURCE_DATE_EPOCH, as usual in reproducible builds.
 std::time_t sourceDate() {
   const char* const text = std::getenv("SOURCE_DATE_EPOCH");
   if (text == nullptr) return 0;
@@ -42,7 +42,7 @@ public:
   explicit Pack(CLI::App& app) {
     app.add_option("DIRECTORY", directory_)->required();
     app.add_option("ARCHIVE", archive_, "A name that ends with .tar, .tar.gz or .tar.zst")->required();
-    conversions_.emplace(app, qarread::Conversions::Direction::toUtf8);
+    conversions_.emplace(app, qarread::Conversions::Directions::toUtf8);
     app.add_flag("--demo", options_.demo, "Set the demo flag of every entry");
     app.add_option("--macro", macros_, "Define a root macro")->type_name("NAME=VALUE")->allow_extra_args(false);
     app.footer("Every entry has the time that SOURCE_DATE_EPOCH tells, or 1970.");

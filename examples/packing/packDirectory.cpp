@@ -1,10 +1,11 @@
 #include "packDirectory.hpp"
 
+#include "../deliver.hpp"
 #include "../walk.hpp"
 #include "ArchiveWriter.hpp"
 #include "Descriptor.hpp"
 #include "Interruption.hpp"
-#include "deliver.hpp"
+#include "deliverEntry.hpp"
 #include "entryNames.hpp"
 
 #include <qardatainterfaces/QARPath.hpp>
@@ -22,7 +23,7 @@ namespace di = Korvane::qardatainterfaces;
 using di::QARPath;
 using qarread::Found;
 
-/// One run through a directory.
+/// Packs one directory.
 class Packing {
 public:
   Packing(const std::string& archive, const PackOptions& options, di::QARFileReaderFactory& factory,
@@ -97,7 +98,7 @@ void Packing::pack(const Found& found) {
 }
 
 Fingerprint Packing::packLink(const std::string& name, di::QARFileReader& reader) {
-  const auto& content = reader.readAll();  // in chunks, each would begin anew
+  const auto& content = reader.readAll();  // each chunk read of a link would start again at its beginning
   if (const auto reason = reader.readError()) throw std::system_error(reason, name);
   const std::string target(content.begin(), content.end());
   if (mayLeadOut(name, target)) remark_(name, "the link may lead out of the directory; unpack will refuse it");
@@ -108,7 +109,7 @@ Fingerprint Packing::packAsItIs(const std::string& name, const struct stat& stat
                                 di::QARMetaData& meta) {
   auto left = static_cast<std::uint64_t>(status.st_size);
   writer_.beginFile(name, isExecutable(status), left);
-  deliver(reader, name, meta, [&](const void* bytes, std::size_t size) {
+  deliverEntry(reader, name, meta, [&](const void* bytes, std::size_t size) {
     checkInterruption();
     if (size > left) throw std::runtime_error(name + ": has grown while it was packed");
     left -= size;
@@ -118,12 +119,12 @@ Fingerprint Packing::packAsItIs(const std::string& name, const struct stat& stat
   return writer_.endFile();
 }
 
-// Its size is known when all of it is.
+// The size is known only after the whole content has been converted.
 Fingerprint Packing::packConverted(const std::string& name, const struct stat& status, di::QARFileReader& reader,
                                    di::QARMetaData& meta) {
   const auto& content = reader.readAll(meta);
-  checkRead(reader, name, meta);
-  if (const auto loss = lossOf(reader, meta); !loss.empty()) remark_(name, loss);
+  checkEntry(reader, name, meta);
+  if (const auto loss = qarread::lossOf(reader, meta); !loss.empty()) remark_(name, loss);
   writer_.beginFile(name, isExecutable(status), content.size());
   writer_.write(content.begin(), content.size());
   return writer_.endFile();

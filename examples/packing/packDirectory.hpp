@@ -15,12 +15,12 @@ struct PackOptions {
   std::time_t time = 0;  // of every entry
 };
 
-/// Writes what is below `directory`, each file as the reader delivers it that `factory` picks, and what `description`
-/// becomes: it may hold root macros, and is filled with the entries; the Tarvo path is the directories, the class
-/// path the .jar files. The archive appears when it is complete, or not at all.
+/// Writes everything below `directory`, each file through a reader of `factory`, and the description. `description`
+/// may have root macros; the entries are added to it, the directories as the Tarvo path and the .jar files as the
+/// class path. The archive appears only when it is complete.
 ///
 /// Throws what the readers and `ArchiveWriter` throw, and `std::runtime_error` for a file that grows or shrinks
-/// meanwhile, and for one of the name of the description.
+/// meanwhile, and for a file that has the name of the description.
 void packDirectory(const std::string& directory, const std::string& archive, const PackOptions& options,
                    Korvane::qardatainterfaces::QARFileReaderFactory& factory, Description& description,
                    const Remark& remark);

@@ -12,7 +12,7 @@ namespace {
 namespace di = Korvane::qardatainterfaces;
 using di::QARPath;
 
-/// One run through an archive.
+/// Reads one archive.
 class Reading {
 public:
   Reading(const std::string& path, const Limits& limits, di::QARFileReaderFactory& factory, EntryConsumer& consumer)
@@ -78,7 +78,7 @@ void Reading::readLink() {
 
 void Reading::readHardLink() {
   const auto& target = archive_.target();
-  // Not of a link: its target would be another one, seen from elsewhere.
+  // Not for a link: from another directory, a relative target would name another file.
   if (!files_.contains(target)) throw BadArchive(archive_.name() + ": is a hard link to no file before it");
   if (factory_.willBeTransformed(QARPath::fromNative(archive_.name())) ||
       factory_.willBeTransformed(QARPath::fromNative(target)))

@@ -10,7 +10,7 @@
 
 namespace packing {
 
-/// What becomes of the entries of an archive. Names are relative and occur once; no link leads out of the directory.
+/// Receives the entries of an archive. Names are relative and unique; no link leads out of the directory.
 class EntryConsumer {
 public:
   EntryConsumer() = default;
@@ -19,16 +19,16 @@ public:
   EntryConsumer& operator=(const EntryConsumer&) = delete;
 
   virtual void directory(const std::string& name) = 0;
-  /// `reader` is to be read to its end.
+  /// Must read `reader` to its end.
   virtual void file(const std::string& name, bool executable, Korvane::qardatainterfaces::QARFileReader& reader) = 0;
   virtual void link(const std::string& name, const std::string& target) = 0;
-  /// `target` is a file that came before.
+  /// `target` is an earlier file.
   virtual void hardLink(const std::string& name, const std::string& target) = 0;
 };
 
-/// Hands the entries of the archive to `consumer`, in their order, each file through a reader that `factory` picks by
-/// the name. Returns what the archive says of itself, if it does so, after a comparison with what was found. Throws
-/// `BadArchive`, and what the readers and `consumer` throw.
+/// Passes the entries of the archive to `consumer` in order, each file through a reader that `factory` chooses by the
+/// name. Compares them with the description in the archive, if there is one, and returns it. Throws `BadArchive`, and
+/// what the readers and `consumer` throw.
 std::optional<Description> readArchive(const std::string& path, const Limits& limits,
                                        Korvane::qardatainterfaces::QARFileReaderFactory& factory,
                                        EntryConsumer& consumer);

@@ -36,7 +36,7 @@ int guard(const char* name, const std::function<int()>& work) noexcept try {
   } catch (const std::exception& error) {
     return fail(name, error, 1);
   }
-} catch (...) {  // no memory for the line
+} catch (...) {  // there is no memory for the message
   return 1;
 }
 

@@ -7,12 +7,12 @@
 
 namespace packing {
 
-/// Does `work`, which returns the exit status. What it throws is a line on standard error, and the exit status is 1,
-/// or 2 if the command line is wrong. A signal that asks the program to end does so after it has tidied up.
+/// Runs `work`, which returns the exit status. If it throws, prints a line to standard error; the exit status is then
+/// 1, or 2 for a wrong command line. After a signal to end, the program cleans up and then ends by the signal.
 int guard(const char* name, const std::function<int()>& work) noexcept;
 
-/// Runs a program of this folder. The constructor of `Program` declares the command line to a `CLI::App&`; its `run`
-/// does what the command line says.
+/// Runs a program of this folder. The constructor of `Program` declares its options to a `CLI::App&`; its `run` does
+/// the work.
 template <class Program>
 int runProgram(const char* description, const char* name, int argc, char** argv) noexcept {
   return guard(name, [=] {
@@ -28,7 +28,7 @@ int runProgram(const char* description, const char* name, int argc, char** argv)
   });
 }
 
-/// A line on standard error, from the program `name`.
+/// Prints a line to standard error, with the name of the program.
 void say(const std::string& name, const std::string& text);
 
 }  // namespace packing

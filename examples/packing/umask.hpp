@@ -4,7 +4,7 @@
 
 namespace packing {
 
-/// The permissions that new files of this process lack. It can only be asked by setting it.
+/// The umask of this process. It can only be queried by setting it.
 inline mode_t currentUmask() {
   const auto mask = ::umask(0);
   ::umask(mask);

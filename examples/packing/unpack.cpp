@@ -1,4 +1,4 @@
-// Makes a directory from an archive: `unpack --help`.
+// Unpacks an archive into a directory: see `unpack --help`.
 
 #include "../Conversions.hpp"
 #include "limitOptions.hpp"
@@ -16,7 +16,7 @@ public:
   explicit Unpack(CLI::App& app) {
     app.add_option("ARCHIVE", archive_)->required();
     app.add_option("DIRECTORY", directory_, "One that does not exist yet, or is empty")->required();
-    conversions_.emplace(app, qarread::Conversions::Direction::fromUtf8);
+    conversions_.emplace(app, qarread::Conversions::Directions::fromUtf8);
     addLimitOptions(app, limits_);
   }
 

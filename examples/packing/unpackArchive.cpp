@@ -1,7 +1,8 @@
 #include "unpackArchive.hpp"
 
+#include "../deliver.hpp"
 #include "NewTree.hpp"
-#include "deliver.hpp"
+#include "deliverEntry.hpp"
 
 namespace packing {
 namespace {
@@ -16,8 +17,8 @@ public:
   void file(const std::string& name, bool executable, Korvane::qardatainterfaces::QARFileReader& reader) override {
     auto file = tree_.makeFile(name, executable);
     Korvane::qardatainterfaces::QARMetaData meta;
-    deliver(reader, name, meta, [&](const void* bytes, std::size_t size) { file.write(bytes, size); });
-    if (const auto loss = lossOf(reader, meta); !loss.empty()) remark_(name, loss);
+    deliverEntry(reader, name, meta, [&](const void* bytes, std::size_t size) { file.write(bytes, size); });
+    if (const auto loss = qarread::lossOf(reader, meta); !loss.empty()) remark_(name, loss);
     file.close();
   }
   void link(const std::string& name, const std::string& target) override { tree_.makeLink(name, target); }

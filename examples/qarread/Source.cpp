@@ -1,5 +1,6 @@
 #include "Source.hpp"
 
+#include "../deliver.hpp"
 #include "../reason.hpp"
 
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
@@ -9,22 +10,30 @@
 
 namespace qarread {
 
-using Korvane::qardatainterfaces::QARFileReader;
 using Korvane::qardatainterfaces::QARFileReaderFactory;
+using Korvane::qardatainterfaces::QARMetaData;
+using Korvane::qardatainterfaces::QARPath;
 
-ReadFailure::ReadFailure(int status, const std::error_code& reason)
-    : std::runtime_error("reading failed with status " + std::to_string(status) + inParentheses(reason)),
-      status_(status) {}
-
-Source::Source(QARFileReaderFactory& factory, const std::string& path, bool runtime) {
-  auto name = Korvane::qardatainterfaces::QARPath::fromNative(path);
+Source Source::path(QARFileReaderFactory& factory, const std::string& path, bool runtime) {
+  Source source;
+  auto name = QARPath::fromNative(path);
   if (name.compare(0, 3, u"//:") == 0) name.erase(0, 1);  // which the factory would leave out
-  reader_ = runtime ? factory.getRuntimeReader(name) : factory.getReader(name);
-  kind_ = factory.willBeTransformed(name) ? Kind::transform : Kind::plain;
+  source.reader_ = runtime ? factory.getRuntimeReader(name) : factory.getReader(name);
+  if (factory.willBeTransformed(name)) source.kind_ = Kind::transform;
   struct stat found {};
-  if ((runtime ? ::stat : ::lstat)(path.c_str(), &found) != 0) return;
-  if (S_ISLNK(found.st_mode)) kind_ = Kind::link;
-  if (S_ISLNK(found.st_mode) || S_ISREG(found.st_mode)) size_ = static_cast<std::uint64_t>(found.st_size);
+  if ((runtime ? ::stat : ::lstat)(path.c_str(), &found) != 0) return source;
+  if (S_ISLNK(found.st_mode)) source.kind_ = Kind::link;
+  if (S_ISLNK(found.st_mode) || S_ISREG(found.st_mode)) source.size_ = static_cast<std::uint64_t>(found.st_size);
+  return source;
+}
+
+Source Source::standardInput(QARFileReaderFactory& factory, const std::string& name) {
+  Source source;
+  const auto path = QARPath::fromNative(name);
+  source.standardInput_ = std::make_unique<StandardInput>();
+  source.reader_ = factory.getReader(path, *source.standardInput_);
+  if (factory.willBeTransformed(path)) source.kind_ = Kind::transform;
+  return source;
 }
 
 const char* Source::reader() const noexcept {
@@ -35,21 +44,19 @@ const char* Source::reader() const noexcept {
   }
 }
 
-void Source::deliver(std::span<unsigned char> buffer, const Take& take) {
+std::optional<std::uint64_t> Source::size() const { return standardInput_ ? standardInput_->count() : size_; }
+
+std::string Source::deliver(std::span<unsigned char> buffer, const Take& take) {
+  QARMetaData meta;
   if (kind_ == Kind::link) {  // each chunk read would begin anew
     const auto& target = reader_->readAll();
     if (const auto reason = reader_->readError())
-      throw std::runtime_error("the link does not tell its target" + inParentheses(reason));
+      throw ReadFailure("not_good", "the link does not tell its target" + inParentheses(reason));
     take(target.begin(), target.size());
-    return;
+    return "";
   }
-  do {
-    const auto count = reader_->read(buffer.data(), static_cast<unsigned int>(buffer.size()));
-    // To a transform, a file that cannot be read is an empty one.
-    if (const auto reason = reader_->readError(); reason || count == QARFileReader::failed)
-      throw ReadFailure(reader_->readSucceeded() ? reader_->ready() : reader_->lastError(), reason);
-    take(buffer.data(), count);
-  } while (reader_->more());
+  qarread::deliver(*reader_, meta, buffer, take);
+  return lossOf(*reader_, meta);
 }
 
 }  // namespace qarread

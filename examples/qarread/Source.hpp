@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StandardInput.hpp"
+
 #include <qardatainterfaces/QARFileReader.hpp>
 
 #include <cstddef>
@@ -8,9 +10,7 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 
 namespace Korvane::qardatainterfaces {
 class QARFileReaderFactory;
@@ -18,39 +18,35 @@ class QARFileReaderFactory;
 
 namespace qarread {
 
-/// A reader has reported a failure.
-class ReadFailure : public std::runtime_error {
-public:
-  /// `reason` is the system's, if it has one.
-  ReadFailure(int status, const std::error_code& reason);
-  int status() const noexcept { return status_; }
-
-private:
-  int status_;
-};
-
-/// One path, opened by the reader that the factory picks for it.
+/// One path, or standard input, opened by the reader that the factory picks for it.
 class Source {
 public:
   using Take = std::function<void(const void* bytes, std::size_t size)>;
 
   /// Throws what the factory throws.
-  Source(Korvane::qardatainterfaces::QARFileReaderFactory& factory, const std::string& path, bool runtime);
+  static Source path(Korvane::qardatainterfaces::QARFileReaderFactory& factory, const std::string& path,
+                     bool runtime);
+  static Source standardInput(Korvane::qardatainterfaces::QARFileReaderFactory& factory, const std::string& name);
 
   /// "plain", "link" or "transform".
   const char* reader() const noexcept;
   std::string transform() const { return reader_->getTransformId(); }
-  /// What the file system says before anything is read; nothing for what has no size.
-  std::optional<std::uint64_t> size() const noexcept { return size_; }
+  /// What the file system says before anything is read, or how much there was on standard input; nothing for what
+  /// has no size.
+  std::optional<std::uint64_t> size() const;
 
-  /// Hands the content to `take` piece by piece. Throws `ReadFailure`, and what the transform and `take` throw.
-  void deliver(std::span<unsigned char> buffer, const Take& take);
+  /// Hands the content to `take` piece by piece, and returns what a `Converting` transform tells of losses. Throws
+  /// `ReadFailure`, and what the transform and `take` throw.
+  std::string deliver(std::span<unsigned char> buffer, const Take& take);
 
 private:
   enum class Kind { plain, link, transform };
 
-  std::unique_ptr<Korvane::qardatainterfaces::QARFileReader> reader_;
-  Kind kind_;
+  Source() = default;
+
+  std::unique_ptr<StandardInput> standardInput_;
+  std::unique_ptr<Korvane::qardatainterfaces::QARFileReader> reader_;  // may refer to the one before
+  Kind kind_ = Kind::plain;
   std::optional<std::uint64_t> size_;
 };
 

@@ -11,10 +11,9 @@ namespace Korvane::qardatainterfaces {
 ///
 /// Prints nothing. Derive from it and override `lost` to receive the losses.
 ///
-/// Encodings  The names are those of `ku::i18n::codecvt_string_to_ustring`. The empty name is the local code page:
-/// the
-///            encoding of `ku::i18n::ZrLocale::global()` when `transform` is called. A byte-order mark is converted
-///            like any other character.
+/// Encodings  The names are those of `ku::i18n::codecvt_string_to_ustring`. The empty name is the local code page,
+///            the encoding of `ku::i18n::ZrLocale::global()` when `transform` is called. A byte-order mark is
+///            converted like any other character.
 /// Loss       A malformed sequence of the input, or a character that the target encoding lacks. A malformed sequence
 ///            counts once, even if the target encoding lacks U+FFFD as well.
 /// Threads    Any number of threads may call one transform at the same time, if its `lost` allows that.

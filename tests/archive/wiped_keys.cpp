@@ -1,5 +1,5 @@
-// Looks into every block that goes back to the allocator for the bytes of a key. Built by several compilers at every
-// level of optimisation, since it is they who may find overwriting pointless.
+// Looks into every block that goes back to the allocator for the bytes of a key. Built by each compiler as
+// packages are, and with all that it may optimise, since it is they who may find overwriting pointless.
 #include <qardatainterfaces/QARContext.hpp>
 
 #include <cstdio>

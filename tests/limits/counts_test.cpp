@@ -1,4 +1,6 @@
 #include "support/Allocator.hpp"
+#include "support/HostileStream.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include "TemporaryFile.hpp"
 #include "corpora.hpp"
@@ -7,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <ku/i18n/ZrLocale.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
+#include <qardatainterfaces/QARCodePageTransform.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
@@ -16,7 +19,9 @@
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
 namespace Korvane::qardatainterfaces {
 namespace {
@@ -29,7 +34,7 @@ Allocator::Counts of(Task task) {
   const auto before = Allocator::so_far();
   task();
   const auto after = Allocator::so_far();
-  return {after.calls - before.calls, after.bytes - before.bytes, 0, 0};
+  return {after.calls - before.calls, after.bytes - before.bytes, 0, 0, after.live_bytes - before.live_bytes};
 }
 
 // Of the second time that `task` runs: what is kept from the first is not a matter of each operation.
@@ -59,6 +64,49 @@ TEST(Allocations, ChunksTakeOneBuffer) {
   });
   EXPECT_EQ(spent.calls, 1U);
   EXPECT_LE(spent.bytes, 64 * KiB + 64);
+}
+
+// What it delivers is kept if it has been made whole, and nothing of what led to it.
+TEST(Allocations, AReaderKeepsWhatItDeliversAndNothingElse) {
+  const std::string content(MiB, 'x');
+  const auto on_pipe = [&](QARFileReaderFactory& factory, const char* extension) {
+    int ends[2];
+    EXPECT_EQ(::pipe(ends), 0);
+    EXPECT_GE(::fcntl(ends[1], F_SETPIPE_SZ, MiB), 0);
+    EXPECT_EQ(::write(ends[1], content.data(), content.size()), static_cast<ssize_t>(content.size()));
+    const TemporaryDirectory directory;
+    auto reader = factory.getRuntimeReader(
+        directory.link(std::string("pipe") + extension, "/proc/self/fd/" + std::to_string(ends[0])));
+    EXPECT_EQ(::close(ends[0]) + ::close(ends[1]), 0);
+    return reader;
+  };
+  QARFileReaderFactory factory;
+  factory.addFileTypeHandler({u".t"}, new QARCodePageTransform("", "UTF-8", "UTF-8"));
+  const TemporaryDirectory directory;
+  constexpr std::size_t overhead = 80 * KiB;  // the look-ahead, of files that are read by chunks
+  std::vector<char> buffer(MiB);
+  for (const std::string source : {"file", "pipe", "stream", "stalling stream"})
+    for (const std::string extension : {"", ".t"})
+      for (const bool whole : {false, true})
+        for (int round = 0; round < 2; ++round) {  // what the first one sets up is not the reader's
+          SCOPED_TRACE(source + extension + (whole ? ", whole" : ", by chunks"));
+          const bool stalls = source == "stalling stream";
+          HostileStream stream(content, {~0UL, stalls ? 100 : 0});
+          const auto path = directory.file("file" + extension, content);
+          std::unique_ptr<QARFileReader> reader;
+          const auto spent = of([&] {
+            reader = source == "file"   ? factory.getReader(path)
+                     : source == "pipe" ? on_pipe(factory, extension.c_str())
+                                        : factory.getReader(path, stream);
+            QARMetaData meta;
+            if (whole) reader->readAll(meta);
+            while (!whole && reader->read(buffer.data(), MiB) == MiB && reader->more()) continue;
+          });
+          const bool kept = !stalls && (whole || !extension.empty());
+          if (round > 0) {
+            EXPECT_LE(spent.live_bytes, static_cast<long>(overhead + (kept ? MiB : 0)));
+          }
+        }
 }
 
 TEST(Allocations, ATransformTakesItsOutputAndATenthOfItsInput) {

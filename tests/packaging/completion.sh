@@ -21,4 +21,5 @@ offers -r -
 offers C.utf8 --locale C
 offers C.utf8 --locale = C
 offers '' --chunk ''
+offers '' --transcode UTF-8 : KO
 offers '' some

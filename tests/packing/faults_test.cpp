@@ -94,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
                return 0;
              },
              "b\" is neither"},
-        Case{"fails", [](auto& path) { return path.filename() == "b" ? EIO : 0; }, "b: Input/output error"}),
+        Case{"fails", [](auto& path) { return path.filename() == "b" ? EIO : 0; }, "b: cannot be read (Input/output error)"}),
     [](const auto& i) { return std::string(i.param.name); });
 
 }  // namespace

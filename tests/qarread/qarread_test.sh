@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Tests of the example program as a shell sees it: tests/qarread/qarread_test.sh PROGRAM DEMO
-# shellcheck disable=SC2053,SC2059,SC2086  # patterns, formats and lists of arguments are passed about in variables
+# shellcheck disable=SC2002,SC2053,SC2059,SC2086  # patterns, formats and lists of arguments are passed about in variables
 set -uo pipefail
-program=$(realpath "$1") demo=$(realpath "$2")
+program=$(realpath "$1") demo=$(realpath "$2") manual=$(realpath "$(dirname "$0")/../../docs/qarread.1")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/files" && cd "$work/files" || exit 1
@@ -63,7 +63,7 @@ expect 0 '日本語\n' '' $sjis --lcp-to-utf8 txt sjis.txt
 expect 0 '\x93\xfa\x96\x7b\x8c\xea\n' '' $sjis --utf8-to-lcp log utf8.log
 expect 0 '日�\n日本語\n' 'qarread: broken.txt: Invalid character was detected.' $sjis --lcp-to-utf8 txt broken.txt sjis.txt
 expect 0 'br\xfbl\xe9e ?4\n' 'qarread: euro.log: Invalid character was detected.' $latin1 --utf8-to-lcp log euro.log
-expect 2 '' $'qarread: The encoding "nonsense" is refused: *\nusage: *' --locale de_DE.nonsense --lcp-to-utf8 txt latin1.txt
+expect 2 '' $'qarread: the locale de_DE.nonsense: The encoding "nonsense" is refused: *\nusage: *' --locale de_DE.nonsense --lcp-to-utf8 txt latin1.txt
 with=(env LC_ALL=de_DE.ISO-8859-1)
 expect 0 'Gr\xc3\xbc\xc3\x9fe\n' '' --lcp-to-utf8 txt latin1.txt
 with=(env)
@@ -77,21 +77,67 @@ ln -s latin1.txt link.txt
 table '' 0 'transform lcp-to-utf8 6 8 ok link.txt' $latin1 --runtime --lcp-to-utf8 txt link.txt
 table '' 0 'link - 10 10 ok link.txt' $latin1 --lcp-to-utf8 txt link.txt
 
+# Encodings by name, and what is refused: of a path that fails, nothing is written.
+expect 0 'br\xfbl\xe9e ?4\n' 'qarread: euro.log: UTF-8 to ISO-8859-1: 0 malformed, 1 not in the code page, first at byte 9' \
+  --transcode UTF-8:ISO-8859-1:txt,log --transcode UTF-8:UTF-16LE:log euro.log
+expect 0 'br\xfbl\xe9e \x804\n' '' --strict --transcode UTF-8:CP1252:log --utf8-to-lcp log euro.log
+lost='cannot be converted (utf8-to-lcp: 0 malformed, 1 not in the code page, first at byte 9)'
+expect 1 'Gr\xfc\xdfe\n' "qarread: euro.log: $lost" $latin1 --strict --utf8-to-lcp log --chunk 1 euro.log latin1.txt
+expect 1 '' 'qarread: broken.txt: cannot be converted (lcp-to-utf8: 1 malformed, *' $sjis --strict --lcp-to-utf8 txt broken.txt
+table "qarread: euro.log: $lost" 1 'transform utf8-to-lcp 14 - transform_failed euro.log' $latin1 --strict --utf8-to-lcp log euro.log
+table '' 0 'transform UTF-8 to CP1252 14 10 ok euro.log' --transcode UTF-8:CP1252:log euro.log
+printf '\xff\xfe' >mark.txt
+expect 1 '' 'qarread: mark.txt: cannot be converted (UTF-16 to UTF-8)' --transcode UTF-16:UTF-8:txt mark.txt
+
+# What would be lost, and what would come back otherwise though nothing is lost.
+printf '\xed\x40\n' >twice.txt
+expect 0 'latin1.txt: comes back byte for byte\n' '' --check $latin1 --lcp-to-utf8 txt latin1.txt bytes dangling empty.txt
+expect 1 'euro.log:1:8: U+20AC is not in ISO-8859-1\neuro.log: does not come back byte for byte\n' \
+  'qarread: missing: *' --check --strict $latin1 --utf8-to-lcp log euro.log missing
+expect 0 'twice.txt: does not come back byte for byte\n' '' --check --transcode SHIFT_JIS:UTF-8:txt twice.txt
+with=(env LC_ALL=ja_JP.SJIS)
+expect 1 'broken.txt:1:2: FF is no character of SJIS\nbroken.txt: does not come back byte for byte\n' '' \
+  --check --lcp-to-utf8 txt broken.txt
+with=(env)
+expect 0 '{"path":"bytes","reader":"plain","transform":null,"in":256,"out":256,"status":"ok"}\n' '' --json --stat bytes
+expect 1 '{"path":"mark.txt","reader":"transform","transform":"UTF-16 to UTF-8","in":2,"out":null,"status":"transform_failed","reversible":null,"losses":null}\n' '*' --json --check --transcode UTF-16:UTF-8:txt mark.txt
+
 # A path that fails is one line, and the others still run.
 mkdir dir
 ln -s /proc/self/mem unreadable.txt
 long_name=$(printf 'x%.0s' {1..300})
 expect 1 'nowhere/at/allGr\xfc\xdfe\n' 'qarread: missing: The file "missing" does not exist. (No such file or directory)
 qarread: dir: "dir" is neither a regular file nor a symbolic link.
-qarread: x*x: boost::filesystem::is_symlink: File name too long*: "x*x"' dangling missing dir "$long_name" latin1.txt
+qarread: x*x: cannot be examined (File name too long)' dangling missing dir "$long_name" latin1.txt
 expect 1 '' 'qarread: dir: The file "dir" cannot be opened: * (Is a directory)' --runtime dir
-expect 1 '' 'qarread: /proc/self/mem: reading failed with status -1001 (Input/output error)' /proc/self/mem
-expect 1 '' 'qarread: unreadable.txt: reading failed with status -1001 (Input/output error)' --runtime --lcp-to-utf8 txt unreadable.txt
+expect 1 '' 'qarread: /proc/self/mem: cannot be read (Input/output error)' /proc/self/mem
+expect 1 '' 'qarread: unreadable.txt: cannot be read (Input/output error)' --runtime --lcp-to-utf8 txt unreadable.txt
 expect 1 '' 'qarread: /proc/self/exe: the link does not tell its target (Invalid argument)' /proc/self/exe
 table '*' 1 '- - - - QARDATAINTERFACES_FILE_NOT_EXIST missing
 - - - - QARDATAINTERFACES_FILE_NOT_EXIST \xFF
-plain - 0 - -1001 /proc/self/mem
+plain - 0 - not_good /proc/self/mem
 plain - 256 256 ok bytes' missing $'\xff' /proc/self/mem bytes
+
+# Standard input, and names from files.
+case='standard input'
+cat long | "$program" - | cmp - long || wrong 'content'
+[ "$("$program" - <sjis.txt --stdin-name x.y/z.txt --transcode SHIFT_JIS:UTF-8:txt)" = 日本語 ] || wrong 'converted'
+rows=$(cat long | "$program" --stat - dangling - | tr -s ' ' | cut -d ' ' -f 3-4 | tail -n +2)
+[ "$rows" = "$(stat -c '%s %s' long)"$'\n14 14\n0 0' ] || wrong "sizes: $rows"
+[ "$("$program" --catalogue - --stdin-name a/b <bytes)" = 'plain      a/b' ] || wrong 'catalogue'
+"$program" --check --transcode UTF-8:ISO-8859-1:md --stdin-name x.md - <euro.log >"$work/out" && wrong 'succeeded'
+[ "$(head -n 1 "$work/out")" = 'x.md:1:8: U+20AC is not in ISO-8859-1' ] || wrong "$(<"$work/out")"
+"$program" - bytes </ >"$work/out" 2>"$work/err" && wrong 'a directory'
+[ "$(<"$work/err")" = 'qarread: -: cannot be read (Is a directory)' ] && cmp bytes "$work/out" || wrong "$(<"$work/err")"
+"$program" - <&- 2>/dev/null && wrong 'closed'
+printf 'latin1.txt\0missing\0\0-\0latin1.txt' >"$work/list"
+expect 1 'Gr\xfc\xdfe\nGr\xfc\xdfe\n' 'qarread: missing: *'$'\n''qarread: : *' --files0-from "$work/list"
+case='names from standard input'
+"$program" --files0-from - <"$work/list" >"$work/out" 2>"$work/err" && wrong 'succeeded'
+[[ $(<"$work/err") == *'qarread: -: '* && $(wc -l <"$work/err") = 3 && $(wc -l <"$work/out") = 2 ]] || wrong "$(<"$work/err")"
+expect 1 '' 'qarread: nowhere: No such file or directory' --files0-from nowhere
+expect 1 '' 'qarread: /: Is a directory' --files0-from /
+expect 0 '' '' --files0-from empty.txt
 
 # Files that do not tell their size, of which the second is large; in chunks and whole.
 case='sizeless'
@@ -103,20 +149,36 @@ done
 
 # Output that fails.
 case='/dev/full'
-for arguments in bytes '--stat bytes' '--catalogue bytes' --help; do
+for arguments in bytes '--stat bytes' '--json --check bytes' '--catalogue bytes' --help --version; do
   "$program" $arguments >/dev/full 2>"$work/err" && wrong "$arguments succeeded"
   [ "$(<"$work/err")" = 'qarread: standard output: No space left on device' ] || wrong "$arguments: $(<"$work/err")"
 done
 case='closed pipe'
 { "$program" long long; echo $? >"$work/status"; } 2>"$work/err" | head -c 1 >/dev/null
-[ "$(<"$work/status") $(<"$work/err")" = '1 qarread: standard output: Broken pipe' ] || wrong "$(<"$work/err")"
+[ "$(<"$work/status") $(<"$work/err")" = '141 ' ] || wrong "$(<"$work/status") $(<"$work/err")"
+(trap '' PIPE; "$program" long long; echo $? >"$work/status") 2>"$work/err" | head -c 1 >/dev/null
+[ "$(<"$work/status") $(<"$work/err")" = '1 ' ] || wrong "with SIGPIPE ignored: $(<"$work/status") $(<"$work/err")"
 "$program" bytes >&- 2>/dev/null && wrong 'closed output'
 case='output that takes a part only'
 (trap '' XFSZ; ulimit -f 100; "$program" --chunk 9999999 long >"$work/out" 2>/dev/null) && wrong 'succeeded'
 cmp <(head -c 102400 long) "$work/out" || wrong 'content'
 
+# Memory that is short.
+if [ -z "${SANITIZED:-}" ]; then  # sanitizers reserve more than there may be
+  case='memory'
+  truncate -s 1G large.txt
+  (ulimit -v 200000; "$program" $latin1 --lcp-to-utf8 txt large.txt bytes >"$work/out" 2>"$work/err") && wrong 'succeeded'
+  cmp bytes "$work/out" || wrong 'content'
+  [ "$(<"$work/err")" = 'qarread: large.txt: needs more memory than there is' ] || wrong "$(<"$work/err")"
+  (ulimit -v 200000; "$program" --chunk 999999999 bytes 2>"$work/err") && wrong 'succeeded'
+  [ "$(<"$work/err")" = 'qarread: there is not enough memory' ] || wrong "$(<"$work/err")"
+fi
+
 # The command line.
-for arguments in '' --bad -x -r '--chunk bytes' '--chunk' '--chunk= 1 bytes' '--stat --catalogue bytes' \
+for arguments in '' --bad -x -rx -r '--chunk bytes' '--chunk' '--chunk= 1 bytes' '--stat --catalogue bytes' \
+  '--check --stat bytes' '--json bytes' '--json --catalogue bytes' '--files0-from - bytes' '--transcode UTF-8:KOI8-R bytes' \
+  '--transcode :UTF-8:txt bytes' '--transcode UTF-8:no-such-page:txt bytes' '--transcode UTF-8:KOI8-R: bytes' \
+  --locale={nonsense,xx_XX.UTF-8,de_XX,de_DE.foo,/}' bytes' '--stdin-name= -' '--json=1 --stat bytes' \
   '--lcp-to-utf8 a,,b bytes' '--lcp-to-utf8 tar.gz bytes' '--utf8-to-lcp a/b bytes' '--runtime=1 bytes' \
   --chunk={0,-1,+1,1x,0x10,4294967295,4294967296,99999999999999999999}' bytes'; do
   expect 2 '' 'qarread: *usage: qarread \[-r\] *' $arguments
@@ -124,8 +186,23 @@ done
 expect 0 'plain      bytes\n' '' --catalogue --chunk 4294967294 bytes
 cp latin1.txt ./--stat
 expect 0 'Gr\xfc\xdfe\n' '' -- --stat
-case='--help'
-"$program" --help | grep -q '^usage: qarread \[-r\] ' || wrong 'no usage'
+for name in C POSIX C.KOI8-R de_DE de_DE.UTF-8 de_DE@euro de ja_JP.SJIS zh_Hant zh_TW.BIG5 sr_RS@latin C.utf8; do
+  expect 0 'Gr\xfc\xdfe\n' '' --locale $name latin1.txt
+done
+with=(env LC_ALL=de_DE.nonsense)
+expect 0 'Gr\xfc\xdfe\n' '' latin1.txt
+expect 2 '' 'qarread: the locale de_DE.nonsense: *' --lcp-to-utf8 txt latin1.txt
+with=(env)
+case='the manual'
+for option in $("$program" --help | grep -oE -e '--[a-z0-9-]+' | sort -u); do
+  grep -q -e "Fl -${option#--}\>" "$manual" || wrong "$option is missing"
+done
+for help in -h --help '--help --stat --catalogue'; do
+  case=$help
+  "$program" $help | grep -q '^usage: qarread \[-r\] ' || wrong 'no usage'
+done
+expect 0 'qarread 1.0.0.0\n' '' --version
+expect 0 'qarread 1.0.0.0\n' '' -V nonsense
 
 # Walks, in the order of the bytes of the names; catalogues, in that of their 16-bit units.
 mkdir -p tree/b/c tree/a.d tree/B
@@ -140,7 +217,7 @@ order=$("$program" -r --stat tree/ tree/b/c 2>/dev/null | sed '1d; s/.* //')
 expect 1 'plain      10\nplain      2\nplain      B/z\nplain      a.d/f\nplain      b.x\nplain      b/c/10
 plain      b/c/2\nlink       b/up\nplain      𝄞\nplain      ！\n' 'qarread: tree/fifo: *' -r --catalogue tree tree/b/c
 chmod 000 dir
-[ -r dir ] || expect 1 'Gr\xfc\xdfe\n' 'qarread: dir: Permission denied' -r dir latin1.txt
+[ -r dir ] || expect 1 'Gr\xfc\xdfe\n' 'qarread: dir: cannot be listed (Permission denied)' -r dir latin1.txt
 
 # Names never reach the terminal as they are.
 odd=$'a\n\e[2J\\\xc2\x85é'

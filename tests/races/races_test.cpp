@@ -1,8 +1,10 @@
 // What others do to a path, or to the process, at the same time.
 
 #include "support/TemporaryDirectory.hpp"
+#include "support/Watchdog.hpp"
 #include "support/content.hpp"
 
+#include <CodePageSurvey.hpp>
 #include <ku/i18n/MessageCatalog.hpp>
 #include <ku/i18n/ZrLocale.hpp>
 #include <ku/i18n/codecvt.hpp>
@@ -10,6 +12,7 @@
 #include <qar/qardatainterfaces/messages.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
+#include <qardatainterfaces/QARCodePageTransform.hpp>
 #include <qardatainterfaces/QARContext.hpp>
 #include <qardatainterfaces/QARData.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
@@ -55,6 +58,7 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
   });
   std::map<std::string, int> outcomes;
   while (!done) {
+    const Watchdog watchdog(20, "a reader, perhaps on the FIFO, which has no writer");
     try {
       const auto reader = factory.getReader(path);
       // Between its two looks at the link, a reader of links may meet anything else, and then has nothing.
@@ -143,6 +147,35 @@ TEST(Threads, ShareOneTransformOfEachEncoding) {
               std::u16string(all.begin(), all.begin() + 0x41));
     EXPECT_EQ(ku::i18n::to_string(u"\u00E4"), ku::i18n::to_string(u"\u00E4"));
   });
+}
+
+// Each code page has tables of its own, which are filled by the texts that are converted: all threads need the same
+// entries at the same time, and every round has new tables.
+TEST(Threads, FillTheTablesOfEachCodePage) {
+  std::u16string units = u"\U00010000\U00020000";
+  for (unsigned unit = 1; unit < 0xD800; unit += 11) units += static_cast<char16_t>(unit);
+  const auto utf8 = ku::i18n::codecvt_ustring_to_string("UTF-8", false).convert(units.data(), units.size());
+  for (const auto& page : code_page_names()) {
+    const auto bytes = ku::i18n::codecvt_ustring_to_string(page, true).convert(units.data(), units.size());
+    const auto back = ku::i18n::codecvt_string_to_ustring(page, true).convert(bytes.data(), bytes.size());
+    const auto expected = ku::i18n::codecvt_ustring_to_string("UTF-8", true).convert(back.data(), back.size());
+    std::atomic<int> ready = 0, wrong = 0;
+    std::vector<std::thread> threads;
+    constexpr int count = 4;
+    for (int i = 0; i < count; ++i)
+      threads.emplace_back([&] {
+        QARCodePageTransform encoding("", "UTF-8", page), decoding("", page, "UTF-8");
+        const QARByteArray in(utf8);
+        QARByteArray encoded, decoded;
+        QARMetaData meta;
+        for (++ready; ready < count;) std::this_thread::yield();
+        encoding.transform(in, encoded, meta);
+        decoding.transform(encoded, decoded, meta);
+        wrong += text(encoded) != bytes || text(decoded) != expected;
+      });
+    for (auto& thread : threads) thread.join();
+    ASSERT_EQ(wrong, 0) << page;
+  }
 }
 
 TEST(Threads, ShareIdsAndLocales) {

@@ -3,6 +3,7 @@
 #include "support/HostileStream.hpp"
 #include "support/ScriptedTransform.hpp"
 #include "support/TemporaryDirectory.hpp"
+#include "support/Watchdog.hpp"
 #include "support/table.hpp"
 
 #include <qardatainterfaces/DeployedException.hpp>
@@ -78,12 +79,11 @@ public:
   Trial(const Case& tested, const std::string& way)
       : kind_(look_up(tested.row, "kind of reader", kinds, tested.kind)),
         runtime_(look_up(tested.row, "way to ask", at_run_time, tested.by)),
-        way_(way) {
-    ::alarm(60);  // should a read never end
+        way_(way),
+        watchdog_(60, tested.row.place() + ", " + way) {
     look_up(tested.row, "source", sources_, tested.source)();
   }
   ~Trial() {
-    ::alarm(0);
     if (other_.joinable()) other_.join();
     if (child_ > 0) ::waitpid(child_, nullptr, 0);
     if (standard_input_ >= 0) ::dup2(standard_input_, STDIN_FILENO), ::close(standard_input_);
@@ -255,6 +255,7 @@ private:
   const Kind& kind_;
   const bool runtime_;
   const std::string& way_;
+  const Watchdog watchdog_;
   TemporaryDirectory directory_;
   std::string name_ = "f.x", result_;
   std::u16string lone_;  // at the end of the path

@@ -14,13 +14,14 @@ void __libc_free(void* block);
 
 namespace {
 
-thread_local std::size_t countdown = 0;  // 0: nothing is to fail
-thread_local bool lasts = false, has_failed = false;
+thread_local std::size_t countdown = 0;       // 0: nothing is to fail
+thread_local std::size_t next_countdown = 0;  // once something has failed
+thread_local bool has_failed = false;
 thread_local Allocator::Counts counts{};
 
 bool fails() noexcept {
   if (countdown == 0 || --countdown > 0) return false;
-  if (lasts) countdown = 1;
+  countdown = next_countdown;
   has_failed = true;
   ++counts.failed;
   errno = ENOMEM;
@@ -29,7 +30,9 @@ bool fails() noexcept {
 
 // No block has a size of 0.
 void* counted(void* block, std::size_t before = 0) noexcept {
-  const std::size_t now = block == nullptr ? 0 : malloc_usable_size(block);
+  if (block == nullptr) return block;
+  const std::size_t now = malloc_usable_size(block);
+  counts.live_bytes += static_cast<long>(now) - static_cast<long>(before);
   if (now > before) {
     ++counts.calls;
     counts.bytes += now - before;
@@ -40,8 +43,8 @@ void* counted(void* block, std::size_t before = 0) noexcept {
 
 }  // namespace
 
-void Allocator::fail_at(std::size_t n, bool lasting) noexcept {
-  lasts = lasting;
+void Allocator::fail_at(std::size_t n, std::size_t period) noexcept {
+  next_countdown = period;
   has_failed = false;
   countdown = n;
 }
@@ -65,7 +68,10 @@ void* realloc(void* block, std::size_t size) noexcept {
   return fails() ? nullptr : counted(__libc_realloc(block, size), before);
 }
 void free(void* block) noexcept {
-  if (block != nullptr) --counts.live;
+  if (block != nullptr) {
+    --counts.live;
+    counts.live_bytes -= static_cast<long>(malloc_usable_size(block));
+  }
   __libc_free(block);
 }
 }

@@ -5,8 +5,9 @@
 /// The allocator of this program, which counts and fails for each thread by itself: `operator new`, the C library's
 /// functions and through them ICU's all come here. Link support/Allocator.cpp; sanitizers have one of their own.
 struct Allocator {
-  /// From now on, the n-th allocation of this thread fails, and with `lasting` every later one. n counts from 1.
-  static void fail_at(std::size_t n, bool lasting) noexcept;
+  /// From now on, the n-th allocation of this thread fails, and every `period`-th after that; only that one if
+  /// `period` is 0. n counts from 1.
+  static void fail_at(std::size_t n, std::size_t period) noexcept;
   /// Ends that, and tells whether any has failed.
   static bool stop_failing() noexcept;
 
@@ -16,6 +17,7 @@ struct Allocator {
     std::size_t bytes;   ///< that they gave
     std::size_t failed;  ///< calls that were made to fail
     long live;           ///< blocks that have not been given back
+    long live_bytes;     ///< of these blocks
   };
   static Counts so_far() noexcept;
 };

@@ -8,14 +8,14 @@
 #include <string>
 #include <utility>
 
-/// As unpleasant as an input stream may be.
+/// An input stream that behaves as badly as its contract allows.
 class HostileStream final : public opc::InputStream {
 public:
   struct Manners {
     std::size_t most = ~0UL;       ///< bytes per read
     int idle = 0;                  ///< reads of nothing before each read of something
-    bool boasts = false;           ///< claims more than it was asked for
-    std::size_t throws_at = ~0UL;  ///< once, when it has delivered so much
+    bool boasts = false;           ///< claims to have placed more than was requested
+    std::size_t throws_at = ~0UL;  ///< throws once, when it has delivered this many bytes
   };
 
   explicit HostileStream(std::string text, Manners manners = {~0UL, 0, false, ~0UL})
@@ -26,8 +26,10 @@ public:
   std::uint64_t read(void* to, std::uint64_t size) override {
     if (waited_++ < manners_.idle) return 0;
     waited_ = 0;
-    if (at_ >= std::exchange(manners_.throws_at, at_ < manners_.throws_at ? manners_.throws_at : ~0UL))
+    if (at_ >= manners_.throws_at) {
+      manners_.throws_at = ~0UL;
       throw std::runtime_error("the stream broke");
+    }
     const auto count = text_.copy(static_cast<char*>(to), std::min(size, manners_.most), at_);
     at_ += count;
     return manners_.boasts && count == size ? ~0UL : count;

@@ -11,7 +11,7 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// Does what the test tells it, and remembers what it was given.
+/// A transform that runs a function of the test and records its inputs.
 class ScriptedTransform final : public QARTransform {
 public:
   using Script = std::function<bool(const QARByteArray& in, QARByteArray& out, QARMetaData& meta)>;
@@ -26,7 +26,10 @@ public:
     return script(in, out, meta);
   }
 
-  static bool copy(const QARByteArray& in, QARByteArray& out, QARMetaData&) { return out = in, true; }
+  static bool copy(const QARByteArray& in, QARByteArray& out, QARMetaData&) {
+    out = in;
+    return true;
+  }
 
   Script script;
   std::vector<std::string> inputs;

@@ -1,14 +1,13 @@
 #include "support/CapturedOutput.hpp"
 #include "support/ContentLocale.hpp"
 #include "support/content.hpp"
+#include "support/table.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
 #include <qardatainterfaces/QARCodePageTransform.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
-
-#include <gtest/gtest.h>
 
 #include <cstring>
 #include <iomanip>
@@ -50,15 +49,10 @@ protected:
   }
 };
 
-struct Case {
-  const char *name, *from, *to;
-  std::string in, out, losses;
-};
-void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
-class CodePages : public testing::TestWithParam<Case> {};
+class Losses : public RowTest {};
 
-TEST_P(CodePages, ReportWhatTheyLoseAndRefuseItIfToldTo) {
-  const auto& [name, from, to, in, expected, losses] = GetParam();
+TEST_P(Losses, AreReportedOrRefused) {
+  const auto from = row.at(0), to = row.at(1), in = row.at(2), expected = row.at(3), losses = row.at(4);
   const bool keeps_all = losses.empty();
   const CapturedOutput output;
   for (const auto on_loss : {OnLoss::substitute, OnLoss::fail}) {
@@ -83,26 +77,7 @@ TEST_P(CodePages, ReportWhatTheyLoseAndRefuseItIfToldTo) {
   EXPECT_EQ(output.text(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    QARCodePageTransform, CodePages,
-    testing::Values(
-        Case{"all_kept", "ISO-8859-1", "UTF-8", "Gr\xFC\xDF\x65", "Grüße", ""},
-        Case{"malformed", "UTF-8", "UTF-16LE", "a\xE2\x82z\xFF", "a\0\xFD\xFFz\0\xFD\xFF"s, "2 0: 1+2 4+1"},
-        Case{"unmappable", "UTF-8", "ISO-8859-1", "10 € für 日本", "10 ? f\xFCr ??",
-             "0 3: 3+3=U+20AC 12+3=U+65E5 15+3=U+672C"},
-        Case{"both", "UTF-8", "KOI8-R", "я😀\xC3", "\xD1??", "1 1: 2+4=U+1F600 6+1"},
-        Case{"a_replacement_character_of_the_text", "UTF-8", "US-ASCII", "\xEF\xBF\xBD\xF5", "??",
-             "1 1: 0+3=U+FFFD 3+1"},
-        Case{"cut_off", "EUC-JP", "UTF-8", "\xC6\xFC\xCB", "日\xEF\xBF\xBD", "1 0: 2+1"},
-        Case{"beyond_16_bits", "GB18030", "KOI8-R", "\x94\x39\xFC\x36z", "?z", "0 1: 0+4=U+1F600"},
-        Case{"stateful", "ISO-2022-JP", "windows-1252", "a\x1B$B\x46\x7C\x1B(B\xE9z", "a??z", "1 1: 4+2=U+65E5 9+1"},
-        Case{"into_stateful", "UTF-8", "ISO-2022-JP", "日€", "\x1B$B\x46\x7C\x1B(B?", "0 1: 3+3=U+20AC"},
-        Case{"more_than_are_kept", "UTF-8", "US-ASCII",
-             std::string(20, 'x') + "éééééééééééééééé\xC3"s + std::string(30, '\xFF'),
-             std::string(20, 'x') + std::string(47, '?'),
-             "31 16: 20+2=U+00E9 22+2=U+00E9 24+2=U+00E9 26+2=U+00E9 28+2=U+00E9 30+2=U+00E9 32+2=U+00E9 34+2=U+00E9 "
-             "36+2=U+00E9 38+2=U+00E9 40+2=U+00E9 42+2=U+00E9 44+2=U+00E9 46+2=U+00E9 48+2=U+00E9 50+2=U+00E9"}),
-    [](const auto& test) { return std::string(test.param.name); });
+INSTANTIATE_TEST_SUITE_P(, Losses, testing::ValuesIn(table("tests/transforms/losses.txt")), RowTest::name);
 
 // Kernels go by windows, decoders and encoders by blocks and runs.
 TEST(QARCodePageTransform, FindsALossWhereverItStands) {

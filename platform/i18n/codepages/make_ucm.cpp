@@ -1,4 +1,4 @@
-// Makes the code pages of this folder into what makeconv compiles, and the table of their names: see README.md.
+// Writes .ucm files for makeconv from the code pages of this folder, and the table of their names: see README.md.
 
 #include <unicode/ucnv.h>
 #include <unicode/utf16.h>
@@ -43,13 +43,23 @@ std::u16string to_units(char32_t code) {
 
 bool is_private_use(char32_t code) { return (code >= 0xE000 && code <= 0xF8FF) || code >= 0xF0000; }
 
-// One of ICU's converters, strict, without fallback mappings.
+// The character under which ICU's PC code pages have the byte of a control.
+char32_t exchanged_control(char32_t code) {
+  switch (code) {
+    case 0x1A: return 0x1C;
+    case 0x1C: return 0x7F;
+    case 0x7F: return 0x1A;
+    default: return code;
+  }
+}
+
+// An ICU converter, strict, without fallback mappings.
 class Converter {
 public:
   explicit Converter(const std::string& name) {
     UErrorCode status = U_ZERO_ERROR;
     converter_.reset(ucnv_open(name.c_str(), &status));
-    if (U_FAILURE(status)) throw std::runtime_error(name + ": no converter of ICU's");
+    if (U_FAILURE(status)) throw std::runtime_error(name + ": ICU has no such converter");
     ucnv_setFallback(converter_.get(), false);
     ucnv_setToUCallBack(converter_.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
     ucnv_setFromUCallBack(converter_.get(), stop, nullptr, nullptr, nullptr, &status);
@@ -57,10 +67,9 @@ public:
     exchanges_controls_ = U_SUCCESS(decode("\x1A", unit)) && unit == 0x1C;
   }
 
-  // Empty if there are none. Only the first character of a longer code is ever another one.
+  // The bytes of the character; empty if there are none.
   Bytes encode(char32_t code) {
-    if (exchanges_controls_) code = code == 0x1A ? 0x1C : code == 0x1C ? 0x7F : code == 0x7F ? 0x1A : code;
-    const auto units = to_units(code);
+    const auto units = to_units(exchanges_controls_ ? exchanged_control(code) : code);
     std::array<char, 16> bytes{};
     UErrorCode status = U_ZERO_ERROR;
     const auto length = ucnv_fromUChars(converter_.get(), bytes.data(), bytes.size(), units.data(),
@@ -91,7 +100,7 @@ private:
     void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
   };
 
-  // ICU's own callback drops invisible characters.
+  // Used instead of ICU's stock callback, which drops default-ignorable characters.
   static void U_CALLCONV stop(const void*, UConverterFromUnicodeArgs*, const UChar*, std::int32_t, UChar32,
                               UConverterCallbackReason, UErrorCode*) {}
 
@@ -102,10 +111,11 @@ private:
   }
 
   std::unique_ptr<UConverter, Close> converter_;
-  bool exchanges_controls_ = false;  // 1A, 1C and 7F, as PC code pages of ICU's do
+  bool exchanges_controls_ = false;  // rotates 1A, 1C and 7F, as ICU's PC code pages do
 };
 
-// What a page writes for each text, and reads from each code. A text is nearly always one character.
+// The bytes that a page writes for each text, and the text that it reads from each code. Most texts are one
+// character.
 class Mappings {
 public:
   void add_base(const std::string& name) {
@@ -139,13 +149,14 @@ public:
     read_.merge(more);
   }
 
-  // Calls `found(text, code, precision)` for each.
+  // Calls `found(text, code, precision)` for each mapping.
   template <class Found>
   void each(Found found) const {
     for (const auto& [text, code] : written_) {
       const auto read = read_.find(code);
-      const bool comes_back = read != read_.end() && read->second == text;
-      found(text, code, comes_back ? '0' : is_private_use(text.front()) ? '1' : '4');
+      char precision = is_private_use(text.front()) ? '1' : '4';
+      if (read != read_.end() && read->second == text) precision = '0';
+      found(text, code, precision);
     }
     for (const auto& [code, text] : read_) {
       const auto written = written_.find(text);
@@ -218,12 +229,12 @@ struct Page {
   bool is_table = false;
   Mappings mappings;
 
-  /// What answers to the names: a converter of ICU's, or a table of ours.
+  /// The target of the names: an ICU converter, or a table of ours.
   std::string target() const { return is_table ? stem : base; }
 };
 
-// A line such as `as <U301C> <UFF5E>`: what a converter of ICU's that has no table writes for a character that it
-// lacks.
+// A line such as `as <U301C> <UFF5E>`: the character that an ICU converter without a table writes instead of one that
+// it lacks.
 void parse_respelling(Page& page, std::istringstream& words, const std::string& line) {
   std::string code, other;
   words >> code >> other;

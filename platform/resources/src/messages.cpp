@@ -1,7 +1,7 @@
 #include <qar/qardatainterfaces/messages.hpp>
 
 extern "C" {
-// The compiled texts/, made by genrb and pkgdata, which also choose this name.
+// The compiled texts/. genrb and pkgdata generate them, and this name.
 extern const char zrqar_res_dat[];
 }
 
@@ -16,7 +16,7 @@ namespace {
 
 const tavik_core::MessageBundle texts{"zrqar_res", zrqar_res_dat};
 
-// Made when the library is loaded: naming an error must not need memory.
+// Constructed when the library is loaded, so that naming an error allocates no memory.
 const std::string file_open_failed = "QARDATAINTERFACES_FILE_OPEN_FAILED";
 const std::string file_not_exist = "QARDATAINTERFACES_FILE_NOT_EXIST";
 const std::string file_format_not_supported = "QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED";

@@ -24,16 +24,6 @@ using Encoder = ku::i18n::codecvt_ustring_to_string;
 
 constexpr char32_t block_size = 0x100;
 
-std::u32string to_codes(const std::u16string& text) {
-  std::u32string codes;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool pair = (text[i] & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
-    codes += pair ? char32_t{0x10000} + ((text[i] & 0x3FFU) << 10) + (text[i + 1] & 0x3FFU) : char32_t{text[i]};
-    if (pair) ++i;
-  }
-  return codes;
-}
-
 std::string hexadecimal(char32_t code) {
   std::ostringstream text;
   text << std::hex << std::uppercase << std::setfill('0') << std::setw(4) << static_cast<std::uint32_t>(code);
@@ -52,7 +42,7 @@ public:
       : survey_(survey), thinned_(depth == SurveyDepth::thinned), name_(survey.aliases.front()) {}
 
   void run() {
-    // A lone surrogate is what every table lacks; the few that carry it need no substitute.
+    // Every table lacks unpaired surrogates; the few encodings that have them need no substitute.
     const auto marked = decode(strict_decoder_, tolerant(dirty_encoder_, u"\xD800"));
     substitute_ = marked && marked->size() == 1 ? marked->front() : 0;
     if (substitute_ != 0xFFFD && substitute_ != '?' && substitute_ != 0xFF1F && substitute_ != 0xD800)
@@ -85,8 +75,8 @@ private:
     return encoder.convert(text.data(), text.size());
   }
 
-  // Most blocks are seen through at once: what comes back from the bytes of the whole block is, character by
-  // character, the same or the substitute.
+  // Most blocks are checked at once: decoding the bytes of the whole block gives, for each character, the same
+  // character or the substitute.
   void survey_block(char32_t first) {
     std::u16string text;
     for (char32_t code = first; code < first + block_size; ++code) text += to_utf16(code);
@@ -109,7 +99,7 @@ private:
     }
     survey_.kept += block_size - rejected.size();
     survey_.rejected += rejected.size();
-    // An exception takes its time: of a block without any character, a few codes have to do.
+    // Exceptions are slow, so only a few codes of a block without any character are checked.
     const std::size_t step = rejected.size() == block_size ? 251 : 1;
     for (std::size_t i = (first / block_size) % step; i < rejected.size(); i += step)
       if (encode(strict_encoder_, to_utf16(rejected[i])))
@@ -158,13 +148,12 @@ private:
     if (printable && !moved.empty()) fault("exchanges the controls " + hexadecimal(moved));
   }
 
-  // All sequences of one and two bytes; longer ones grow, by sample, from those that wait for more.
+  // Checks all sequences of one and two bytes. Samples longer ones from the prefixes that need more bytes.
   void survey_bytes() {
     std::vector<std::string> prefixes{""};
     for (std::size_t length = 1; length <= 4; ++length) {
-      constexpr std::size_t most = 1 << 15;
       const std::size_t all = prefixes.size() * 256;
-      const std::size_t step = (length <= 2 ? 1 : (all + most - 1) / most) * (thinned_ && length > 1 ? 16 : 1) | 1;
+      const std::size_t step = sample_step(length, all);
       std::vector<std::string> open;
       for (std::size_t i = 0; i < all; i += step) {
         auto bytes = prefixes[i / 256] + static_cast<char>(i % 256);
@@ -176,6 +165,15 @@ private:
     judge_spellings();
   }
 
+  // The distance between the checked ones of `all` sequences of this length. It is odd, so that all last bytes occur.
+  std::size_t sample_step(std::size_t length, std::size_t all) const {
+    constexpr std::size_t most = 1 << 15;
+    std::size_t step = 1;
+    if (length > 2) step = (all + most - 1) / most;
+    if (length > 1 && thinned_) step *= 16;
+    return step % 2 == 0 ? step + 1 : step;
+  }
+
   bool waits(const std::string& bytes) {
     std::array<char, ku::i18n::Transcoder::least_room> text;
     ku::i18n::Transcoder transcoder(name_, "UTF-8");
@@ -184,13 +182,14 @@ private:
 
   void survey_sequence(const std::string& bytes) {
     ++survey_.checks;
-    // An exception takes its time: where the tolerant converter marks something, not every sequence needs one.
+    // Exceptions are slow, so most sequences that the tolerant converter marks as malformed are skipped.
     const auto tolerated = dirty_decoder_.convert(bytes.data(), bytes.size());
     const bool marked = tolerated.find(u'\xFFFD') != std::u16string::npos;
     if (marked && bytes.size() > 1 && substitute_ != 0xFFFD && ++skipped_ % 64 != 0) return;
     const auto text = decode(strict_decoder_, bytes);
-    if (text ? clean_decoder_.convert(bytes.data(), bytes.size()) != *text || tolerated != *text : !marked)
-      fault(hexadecimal(bytes) + " is read without a mark, or with a needless one");
+    const bool is_consistent =
+        text ? tolerated == *text && clean_decoder_.convert(bytes.data(), bytes.size()) == *text : marked;
+    if (!is_consistent) fault(hexadecimal(bytes) + " is read differently by the strict and the tolerant converter");
     if (!text) return;
     if (text->empty()) {
       survey_.states = true;
@@ -202,7 +201,7 @@ private:
     (same_text ? respelled_ : changed_).emplace(to_codes(*text), bytes);
   }
 
-  // Where there are states, a text has many spellings, and another one is no loss.
+  // In a stateful encoding a text has several byte sequences, and another one is not a loss.
   void judge_spellings() {
     std::set<char32_t> one_way;
     if (!survey_.states) changed_.merge(respelled_);
@@ -237,7 +236,7 @@ constexpr OwnName own_names[] = {
 #include "names.inc"
 };
 
-// Whether the library takes the name for another page than ICU does.
+// Whether the library uses the name for another page than ICU does.
 bool is_taken(const std::string& alias, const std::string& page) {
   for (const auto& own : own_names)
     if (ucnv_compareNames(own.name, alias.c_str()) == 0) return own.is_own_page || own.page != page;
@@ -249,7 +248,7 @@ bool is_taken(const std::string& alias, const std::string& page) {
   return windows != nullptr && windows != page;
 }
 
-// The first one asks for the page. Names with options are no names here.
+// The names of the page; the first one opens it. Names with options are left out.
 std::vector<std::string> aliases_of(const std::string& page) {
   std::vector<std::string> aliases;
   for (const auto& own : own_names)
@@ -258,7 +257,7 @@ std::vector<std::string> aliases_of(const std::string& page) {
   const auto count = ucnv_countAliases(page.c_str(), &status);
   for (std::uint16_t i = 0; i < count; ++i) {
     const std::string alias = ucnv_getAlias(page.c_str(), i, &status);
-    // A name that several pages share asks for one of them only.
+    // A name that several pages share opens only one of them.
     UErrorCode shared = U_ZERO_ERROR;
     if (alias.find(',') == std::string::npos && ucnv_getAlias(alias.c_str(), 0, &shared) == page &&
         !is_taken(alias, page) && std::find(aliases.begin(), aliases.end(), alias) == aliases.end())
@@ -268,7 +267,7 @@ std::vector<std::string> aliases_of(const std::string& page) {
   return aliases;
 }
 
-// Of ICU's tables and the library's.
+// The names of ICU's tables and of the library's.
 std::vector<std::string> all_pages() {
   const auto count = ucnv_countAvailable();
   std::vector<std::string> pages;
@@ -352,8 +351,8 @@ std::string describe(const std::vector<CodePageSurvey>& surveys) {
          << " | " << list(survey.not_rewritten) << " | " << (survey.ascii ? "yes" : "") << " | "
          << (survey.states ? "yes" : "") << " |\n";
   }
-  text << "\nRefused, since their converters drop text, or spell it depending on where it is cut, or are to be had "
-          "with\noptions only: "
+  text << "\nRefused, since their converters drop text, or write it depending on how it is split, or need "
+          "options:\n"
        << refused << ".\n";
   return text.str();
 }

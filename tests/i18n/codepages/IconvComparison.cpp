@@ -1,17 +1,13 @@
 #include "IconvComparison.hpp"
 
+#include "judges.hpp"
 #include "texts.hpp"
 
-#include <ku/i18n/codecvt.hpp>
-
 #include <gnu/libc-version.h>
-#include <iconv.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cerrno>
-#include <cstring>
 #include <iomanip>
 #include <memory>
 #include <optional>
@@ -21,94 +17,6 @@
 #include <thread>
 
 namespace {
-
-struct Name {
-  const char* name;
-  const char* description;
-};
-
-// As locale names and files spell them.
-constexpr Name names[] = {
-    {"ARMSCII-8", "Armenian"},
-    {"BIG5", "traditional Chinese"},
-    {"BIG5-HKSCS", "traditional Chinese, Hong Kong"},
-    {"CP437", "PC, United States"},
-    {"CP720", "PC, Arabic"},
-    {"CP737", "PC, Greek"},
-    {"CP775", "PC, Baltic"},
-    {"CP850", "PC, Western"},
-    {"CP852", "PC, Central European"},
-    {"CP855", "PC, Cyrillic"},
-    {"CP857", "PC, Turkish"},
-    {"CP858", "PC, Western with the euro sign"},
-    {"CP860", "PC, Portuguese"},
-    {"CP861", "PC, Icelandic"},
-    {"CP862", "PC, Hebrew"},
-    {"CP863", "PC, Canadian French"},
-    {"CP864", "PC, Arabic"},
-    {"CP865", "PC, Nordic"},
-    {"CP866", "PC, Russian"},
-    {"CP869", "PC, Greek"},
-    {"CP874", "Windows, Thai"},
-    {"CP932", "Windows, Japanese"},
-    {"CP936", "Windows, simplified Chinese"},
-    {"CP949", "Windows, Korean"},
-    {"CP950", "Windows, traditional Chinese"},
-    {"CP1250", "Windows, Central European"},
-    {"CP1251", "Windows, Cyrillic"},
-    {"CP1252", "Windows, Western"},
-    {"CP1253", "Windows, Greek"},
-    {"CP1254", "Windows, Turkish"},
-    {"CP1255", "Windows, Hebrew"},
-    {"CP1256", "Windows, Arabic"},
-    {"CP1257", "Windows, Baltic"},
-    {"CP1258", "Windows, Vietnamese"},
-    {"EUC-JP", "Japanese"},
-    {"EUC-JP-MS", "Japanese, with Microsoft's letters"},
-    {"EUC-KR", "Korean"},
-    {"EUC-TW", "traditional Chinese, CNS 11643"},
-    {"GB18030", "Chinese, all of Unicode"},
-    {"GB2312", "simplified Chinese"},
-    {"GBK", "simplified Chinese"},
-    {"GEORGIAN-PS", "Georgian"},
-    {"HP-ROMAN8", "HP-UX, Western"},
-    {"IBM1140", "EBCDIC, United States"},
-    {"ISO-2022-JP", "Japanese mail"},
-    {"ISO-2022-KR", "Korean mail"},
-    {"ISO-8859-1", "Western"},
-    {"ISO-8859-2", "Central European"},
-    {"ISO-8859-3", "Maltese, Esperanto"},
-    {"ISO-8859-4", "Baltic, the old one"},
-    {"ISO-8859-5", "Cyrillic"},
-    {"ISO-8859-6", "Arabic"},
-    {"ISO-8859-7", "Greek"},
-    {"ISO-8859-8", "Hebrew"},
-    {"ISO-8859-9", "Turkish"},
-    {"ISO-8859-10", "Nordic"},
-    {"ISO-8859-11", "Thai"},
-    {"ISO-8859-13", "Baltic"},
-    {"ISO-8859-14", "Celtic"},
-    {"ISO-8859-15", "Western with the euro sign"},
-    {"ISO-8859-16", "South-Eastern European"},
-    {"JOHAB", "Korean, by letters"},
-    {"KOI8-R", "Russian"},
-    {"KOI8-RU", "Russian, Ukrainian, Belarusian"},
-    {"KOI8-T", "Tajik"},
-    {"KOI8-U", "Ukrainian"},
-    {"KZ-1048", "Kazakh"},
-    {"MACINTOSH", "Macintosh, Western"},
-    {"PT154", "Cyrillic of Central Asia"},
-    {"RK1048", "Kazakh"},
-    {"SHIFT_JIS", "Japanese"},
-    {"TCVN", "Vietnamese"},
-    {"TIS-620", "Thai"},
-    {"UHC", "Korean"},
-    {"UTF-8", "everything"},
-    {"VISCII", "Vietnamese"},
-};
-
-// What iconv calls it, if otherwise.
-std::string_view iconv_name(std::string_view name) { return name == "KZ-1048" ? "RK1048" : name; }
 
 // The upper half, as Python 3.11's codec has it, which iconv has not.
 constexpr std::u16string_view cp720 =
@@ -124,66 +32,6 @@ constexpr std::u16string_view cp720 =
     u"بةتثجحخدذرزسشص«»░▒▓│┤╡╢╖╕╣║╗╝╜╛┐"
     u"└┴┬├─┼╞╟╚╔╩╦╠═╬╧╨╤╥╙╘╒╓╫╪┘┌█▄▌▐▀"
     u"ضطظعغفµقكلمنهوىي≡ًٌٍَُِ≈°∙·√ⁿ²■\u00A0";
-
-constexpr char16_t malformed = 0xFFFD;
-
-// Somebody else's converter, strict. What it drops it does not have.
-class Judge {
-public:
-  virtual ~Judge() = default;
-  virtual std::optional<std::string> encode(char32_t code) = 0;
-  virtual std::optional<std::u16string> decode(const std::string& bytes) = 0;
-  // Of bytes that could not be decoded.
-  virtual bool waits() const = 0;
-};
-
-class Iconv : public Judge {
-public:
-  explicit Iconv(const std::string& name)
-      : encoder_(iconv_open(name.c_str(), "UTF-16LE")), decoder_(iconv_open("UTF-16LE", name.c_str())) {
-    if (encoder_ == failed() || decoder_ == failed()) throw std::runtime_error("iconv does not know " + name);
-  }
-  ~Iconv() override {
-    iconv_close(encoder_);
-    iconv_close(decoder_);
-  }
-  Iconv(const Iconv&) = delete;
-  Iconv& operator=(const Iconv&) = delete;
-
-  std::optional<std::string> encode(char32_t code) override {
-    const auto units = to_utf16(code);
-    return convert<char>(encoder_, reinterpret_cast<const char*>(units.data()), units.size() * 2);
-  }
-  std::optional<std::u16string> decode(const std::string& bytes) override {
-    return convert<char16_t>(decoder_, bytes.data(), bytes.size());
-  }
-  bool waits() const override { return error_ == EINVAL; }
-
-private:
-  static iconv_t failed() { return reinterpret_cast<iconv_t>(-1); }
-
-  template <class To>
-  std::optional<std::basic_string<To>> convert(iconv_t converter, const char* from, std::size_t count) {
-    constexpr auto error = static_cast<std::size_t>(-1);
-    std::array<To, 32> units;
-    auto* to = reinterpret_cast<char*>(units.data());
-    char* start = const_cast<char*>(from);
-    std::size_t room = sizeof(units);
-    iconv(converter, nullptr, nullptr, nullptr, nullptr);
-    error_ = 0;
-    if (iconv(converter, &start, &count, &to, &room) != 0 ||
-        iconv(converter, nullptr, nullptr, &to, &room) == error) {
-      error_ = errno;
-      return std::nullopt;
-    }
-    const std::size_t size = units.size() - room / sizeof(To);
-    if (size == 0) return std::nullopt;
-    return std::basic_string<To>(units.data(), size);
-  }
-
-  iconv_t encoder_, decoder_;
-  int error_ = 0;
-};
 
 class UpperHalf : public Judge {
 public:
@@ -204,32 +52,6 @@ public:
 
 private:
   std::u16string_view table_;
-};
-
-// The library's converters. They are asked tolerantly: exceptions take their time.
-class Ours {
-public:
-  explicit Ours(const std::string& name) : encoder_(name, true), decoder_(name, true) {
-    mark_ = encoder_.convert(u"\xD800", 1);
-    mark_code_ = decoder_.convert(mark_.data(), mark_.size());
-  }
-  std::optional<std::string> encode(char32_t code) {
-    const auto units = to_utf16(code);
-    auto bytes = encoder_.convert(units.data(), units.size());
-    if (bytes == mark_ && units != mark_code_) return std::nullopt;
-    return bytes;
-  }
-  std::optional<std::u16string> decode(const std::string& bytes) {
-    auto text = decoder_.convert(bytes.data(), bytes.size());
-    if (text.find(malformed) != std::u16string::npos && bytes != mark_) return std::nullopt;
-    return text;
-  }
-
-private:
-  ku::i18n::codecvt_ustring_to_string encoder_;
-  ku::i18n::codecvt_string_to_ustring decoder_;
-  std::string mark_;
-  std::u16string mark_code_;
 };
 
 std::string hexadecimal(char32_t number, int width) {
@@ -299,7 +121,13 @@ private:
     const auto theirs = judge_.encode(code);
     if (ours) count(code, *ours);
     if (has_states_ && theirs && ours_.decode(*theirs) != judge_.decode(*theirs)) read_otherwise_.ranges.add(code);
-    if (ours != theirs) (ours ? theirs ? other_bytes_ : more_ : lacking_).ranges.add(code);
+    if (ours != theirs) list_for(ours.has_value(), theirs.has_value(), lacking_, other_bytes_, more_).add(code);
+  }
+
+  // The list for a difference: iconv alone has a result, both have different ones, or the library alone has one.
+  static Ranges& list_for(bool ours, bool theirs, List& missing, List& different, List& additional) {
+    if (!ours) return missing.ranges;
+    return theirs ? different.ranges : additional.ranges;
   }
 
   void count(char32_t code, const std::string& bytes) {
@@ -323,7 +151,7 @@ private:
       if (ours != theirs) {
         char32_t number = 0;
         for (const char part : bytes) number = number << 8 | static_cast<unsigned char>(part);
-        (ours ? theirs ? read_otherwise_ : more_read_ : not_read_).ranges.add(number);
+        list_for(ours.has_value(), theirs.has_value(), not_read_, read_otherwise_, more_read_).add(number);
       }
       if (bytes.size() < 4 && !ours && (waits || (bytes.size() == 1 && !theirs))) compare_codes(bytes);
     }
@@ -339,10 +167,10 @@ private:
       read_otherwise_{"read otherwise", {"", 2}}, more_read_{"read, and not by iconv", {"", 2}};
 };
 
-IconvComparison compare(const Name& name) {
+IconvComparison compare(const ComparedPage& page) {
   IconvComparison comparison;
-  comparison.name = name.name;
-  comparison.description = name.description;
+  comparison.name = page.name;
+  comparison.description = page.description;
   try {
     std::unique_ptr<Judge> judge;
     if (comparison.name == "CP720")
@@ -359,10 +187,10 @@ IconvComparison compare(const Name& name) {
 }  // namespace
 
 std::vector<IconvComparison> compare_with_iconv() {
-  std::vector<IconvComparison> comparisons(std::size(names));
+  std::vector<IconvComparison> comparisons(std::size(compared_pages));
   std::atomic<std::size_t> next = 0;
   const auto work = [&] {
-    for (auto i = next++; i < comparisons.size(); i = next++) comparisons[i] = compare(names[i]);
+    for (auto i = next++; i < comparisons.size(); i = next++) comparisons[i] = compare(compared_pages[i]);
   };
   std::thread other(work);
   work();

@@ -11,6 +11,16 @@ inline std::u16string to_utf16(char32_t code) {
   return {static_cast<char16_t>(0xD7C0 + (code >> 10)), static_cast<char16_t>(0xDC00 | (code & 0x3FF))};
 }
 
+inline std::u32string to_codes(const std::u16string& text) {
+  std::u32string codes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool pair = (text[i] & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
+    codes += pair ? char32_t{0x10000} + ((text[i] & 0x3FFU) << 10) + (text[i + 1] & 0x3FFU) : char32_t{text[i]};
+    if (pair) ++i;
+  }
+  return codes;
+}
+
 inline icu::UnicodeString composed(const std::u16string& text) {
   UErrorCode status = U_ZERO_ERROR;
   const icu::UnicodeString units(text.data(), static_cast<std::int32_t>(text.size()));

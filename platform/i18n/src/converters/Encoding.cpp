@@ -26,11 +26,11 @@ bool encodes(IcuConverter& icu, char16_t unit) {
 
 bool breaks_promises(UConverterType type) {
   const bool drops_text = type == UCNV_ISCII || type == UCNV_COMPOUND_TEXT;
-  const bool goes_by_cuts = type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
-  return drops_text || goes_by_cuts;
+  const bool depends_on_splits = type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
+  return drops_text || depends_on_splits;
 }
 
-// Names with options ask for a signature.
+// A converter name with options (a comma) writes a signature.
 Encoding::Form form_of(const IcuConverter& icu, const std::string& name) {
   using Form = Encoding::Form;
   if (icu.is_context_free()) return Form::code_page;
@@ -45,7 +45,7 @@ Encoding::Form form_of(const IcuConverter& icu, const std::string& name) {
   }
 }
 
-// Of a stateless encoding.
+// Whether ASCII text has the same bytes in this encoding. Requires: the encoding is stateless.
 bool keeps_ascii(IcuConverter& icu) {
   std::array<char, 0x80> bytes{}, encoded{};
   std::array<char16_t, 0x80> units{}, decoded{};
@@ -57,16 +57,17 @@ bool keeps_ascii(IcuConverter& icu) {
          encoded == bytes;
 }
 
-// The first of these that the encoding has; purely double-byte code pages have but the last, a wide question mark.
+// The first of three candidates that the encoding has. Double-byte code pages have only the last one, the fullwidth
+// question mark.
 char16_t find_substitute(IcuConverter& icu) {
-  for (const char16_t unit : {u'\uFFFD', u'?', u'\uFF1F'})  // not covered: no encoding of ICU's comes to the end
+  for (const char16_t unit : {u'\uFFFD', u'?', u'\uFF1F'})
     if (encodes(icu, unit)) return unit;
-  throw CvtExceptionBase("There is nothing to put in place of what is lacking.");  // not covered: see above
+  throw CvtExceptionBase("The encoding has no substitute character.");
 }
 
-// All of ICU that is set up once is set up here, when the library is loaded: its tables and the library's own, its
-// default locale, its cache of resource bundles and its composition of characters. If it lacked the memory when they
-// are first needed, it would never try again, or deadlock.
+// Initialises everything that ICU initialises once, when the library is loaded: ICU's tables and the library's own,
+// the default locale, the cache of resource bundles and the composition of characters. If memory ran out during a
+// later initialisation, ICU would never try again, or deadlock.
 [[gnu::constructor]] void set_up_icu() {
   UErrorCode status = U_ZERO_ERROR;
   u_init(&status);
@@ -75,7 +76,7 @@ char16_t find_substitute(IcuConverter& icu) {
   unorm2_getNFCInstance(&status);
 }
 
-// A name may be anything; a message is text.
+// A name may have any bytes, so those that are not printable ASCII are replaced.
 std::string quote(std::string name) {
   std::replace_if(
       name.begin(), name.end(), [](char c) { return c < 0x20 || c > 0x7E; }, '?');
@@ -88,7 +89,7 @@ public:
     const std::lock_guard lock(mutex_);
     if (const auto known = names_.find(name); known != names_.end()) return *known->second;
     const auto& encoding = open(name);
-    // One encoding has any number of names, since punctuation and case do not count.
+    // One encoding has an unlimited number of names, since punctuation and case are ignored.
     if (names_.size() < most_names) names_.emplace(name, &encoding);
     return encoding;
   }
@@ -111,13 +112,14 @@ private:
 }  // namespace
 
 const Encoding& Encoding::named(const std::string& name) {
-  static auto& registry = *new Registry;  // referred to until the very end of the program
+  static auto& registry = *new Registry;  // never destroyed: it may be used until the end of the program
   return registry.find(name.empty() ? ZrLocale::global().encoding() : name);
 }
 
 Encoding::Encoding(const std::string& code_page) : name_(code_page) {
   IcuConverter icu(name_);
-  if (breaks_promises(icu.type())) throw CvtExceptionBase("its converter drops text, or goes by where it is cut");
+  if (breaks_promises(icu.type()))
+    throw CvtExceptionBase("its converter drops text, or its output depends on how the text is split");
   substitute_ = find_substitute(icu);
   form_ = form_of(icu, name_);
   is_single_byte_ = icu.is_single_byte();

@@ -13,11 +13,11 @@
 namespace ku::i18n::detail {
 namespace {
 
-// What goes to ICU, or comes from it, at a time: it counts bytes in 31 bits, also those of 16-bit units.
+// The most units that one call of ICU reads or writes. ICU counts the bytes of units in 31 bits.
 constexpr std::size_t slice_size = std::size_t{1} << 29;
 constexpr std::size_t exchange_size = 4096;
 
-// ICU's PC code pages rotate three controls as the hardware of their day did; text in files never meant that.
+// ICU's PC code pages rotate three controls, as old hardware did. Other programs do not.
 constexpr char16_t control_from_icu(char16_t unit) {
   switch (unit) {
     case 0x1C: return 0x1A;
@@ -29,10 +29,17 @@ constexpr char16_t control_from_icu(char16_t unit) {
 
 constexpr char16_t control_to_icu(char16_t unit) { return control_from_icu(control_from_icu(unit)); }
 
-// ICU's ISO-2022-KR has the won sign in 5C, where everybody else has the backslash. Its own inverse.
-constexpr char16_t exchange_won_sign(char16_t unit) { return unit == u'\\' ? u'₩' : unit == u'₩' ? u'\\' : unit; }
+// ICU's ISO-2022-KR has the won sign at 5C, where other programs have the backslash. This function is its own
+// inverse.
+constexpr char16_t exchange_won_sign(char16_t unit) {
+  switch (unit) {
+    case u'\\': return u'₩';
+    case u'₩': return u'\\';
+    default: return unit;
+  }
+}
 
-// By `convert`, which returns whether it is done with the input of the cursor it is given.
+// Calls `convert` until it returns true, which means that the input of the cursor is converted.
 template <class To, class From, class Convert>
 std::basic_string<To> convert_whole(const From* from, std::size_t count, Convert convert) {
   std::array<To, 4096> block;
@@ -118,7 +125,7 @@ bool IcuConverter::is_context_free() const noexcept {
 
 bool IcuConverter::decode(DecodingCursor& c, std::size_t count, bool last) {
   const std::size_t slice = std::min(count, slice_size);
-  const bool flush = last && slice == count;  // not covered: more than a slice, but by ./dev huge
+  const bool flush = last && slice == count;
   const UErrorCode status = decode_slice(c, slice, flush);
   if (status == U_BUFFER_OVERFLOW_ERROR) return false;
   check(status);
@@ -188,14 +195,14 @@ std::size_t IcuConverter::malformed_length() const noexcept {
   return takes_ascii(bytes.data(), length) ? 1 : static_cast<std::size_t>(length);
 }
 
-// ICU counts a byte that may follow a lead byte as a part of the sequence, also where the two are no character.
+// ICU counts a trail byte as a part of the sequence even if lead byte and trail byte together are not a character.
 bool IcuConverter::takes_ascii(const char* bytes, std::int32_t length) const noexcept {
   const auto is_ascii = [](char byte) { return (byte & 0x80) == 0; };
   return length == 2 && !is_ascii(bytes[0]) && is_ascii(bytes[1]) && type() == UCNV_MBCS &&
          ucnv_getMinCharSize(converter_.get()) == 1;
 }
 
-// Called by ICU, which must not be left by an exception.
+// Called by ICU, through which no exception may pass.
 void IcuConverter::record(const Substitution& substitution, UErrorCode* status) noexcept {
   substituted_ = true;
   if (record_ == nullptr) return;
@@ -245,7 +252,7 @@ void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUni
   const char16_t replacement = 0xFFFD;
   *status = U_ZERO_ERROR;
   if (reason == UCNV_UNASSIGNED && converter->takes_ascii(bytes, length)) {
-    --arguments->source;  // text of its own
+    --arguments->source;  // the ASCII byte is converted next, as text
     length = 1;
   }
   const auto unit = static_cast<std::size_t>(arguments->target - converter->output_);

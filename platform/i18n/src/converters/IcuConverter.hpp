@@ -12,51 +12,51 @@
 
 namespace ku::i18n::detail {
 
-/// Raises what a failed ICU status stands for: `std::bad_alloc`, `CvtInvalidCharacter` or `CvtExceptionBase`.
+/// Raises the exception for a failed ICU status: `std::bad_alloc`, `CvtInvalidCharacter` or `CvtExceptionBase`.
 void check(UErrorCode status);
 
-/// A converter of ICU's that uses no fallback mappings and, unlike ICU's stock callbacks, never drops
-/// default-ignorable characters.
+/// An ICU converter that uses no fallback mappings and, unlike ICU's stock callbacks, never drops default-ignorable
+/// characters.
 class IcuConverter {
 public:
-  /// What a tolerant converter has put a substitute in place of.
+  /// One substitution of a tolerant converter.
   struct Substitution {
-    std::size_t unit;      ///< decoding: where U+FFFD stands in the output of the call
-    std::uint32_t length;  ///< decoding: the bytes of the malformed sequence
-    char32_t character;    ///< encoding: what the encoding lacks
+    std::size_t unit;      ///< decoding: the position of U+FFFD in the output of the call
+    std::uint32_t length;  ///< decoding: the number of bytes of the malformed sequence
+    char32_t character;    ///< encoding: the character that the encoding lacks
   };
 
   /// Strict.
-  /// Requires: `name`, of a code page, outlives the converter.
+  /// Requires: `name`, the name of a code page, outlives the converter.
   explicit IcuConverter(const std::string& name);
-  /// Tolerant, putting U+FFFD in place of input, and `substitute` in place of output, that cannot be converted.
+  /// Tolerant: writes U+FFFD for malformed input and `substitute` for characters that the encoding lacks.
   IcuConverter(const std::string& name, char16_t substitute);
   IcuConverter(const IcuConverter&) = delete;
   IcuConverter& operator=(const IcuConverter&) = delete;
 
-  /// Consumes at most `count` units of the cursor, the `last` of the text if so said. Returns whether that is done:
-  /// all are consumed, and what they became is written.
+  /// Consumes at most `count` units of the cursor; `last` says that the text ends with them. Returns whether all of
+  /// them are consumed and their output is written.
   bool decode(DecodingCursor& cursor, std::size_t count, bool last);
   bool encode(EncodingCursor& cursor, std::size_t count, bool last);
 
-  /// A whole text, from the start state.
+  /// Converts a whole text, from the initial state.
   std::u16string decode_whole(const char* bytes, std::size_t count);
   std::string encode_whole(const char16_t* units, std::size_t count);
 
-  /// The whole cursor, from the start state, without raising what they return.
+  /// Converts the whole cursor, from the initial state, and returns the ICU status instead of raising an exception.
   UErrorCode try_decode(DecodingCursor& cursor, bool last);
   UErrorCode try_encode(EncodingCursor& cursor, bool last);
 
-  /// How many bytes are malformed, after `try_decode` has returned that something is.
+  /// The length of the malformed sequence that made `try_decode` fail, in bytes.
   std::size_t malformed_length() const noexcept;
 
-  /// Keeps in `list` what is substituted from now on. It must outlive the converter.
+  /// Appends each later substitution to `list`, which must outlive the converter.
   void record_substitutions(std::vector<Substitution>& list) noexcept { record_ = &list; }
 
-  /// How many units were consumed of which nothing has been written yet.
+  /// How many units were consumed for which nothing has been written yet.
   std::size_t decoding_pending() const noexcept;
   std::size_t encoding_pending() const noexcept;
-  /// Back to the start state.
+  /// Returns to the initial state.
   void restart_decoding() noexcept { ucnv_resetToUnicode(converter_.get()); }
 
   /// Whether it keeps no state from one character to the next.
@@ -70,11 +70,11 @@ private:
     void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
   };
 
-  // What ICU has otherwise than the rest of the world does, and this converter undoes.
+  // Peculiarities of ICU's tables that this converter reverses.
   enum class Exchange {
     none,
-    controls,               // its PC code pages rotate 1A, 1C and 7F
-    controls_and_won_sign,  // and has this in 5C, where others have the backslash
+    controls,               // the PC code pages rotate 1A, 1C and 7F
+    controls_and_won_sign,  // also has the won sign at 5C, where other programs have the backslash
   };
 
   static void U_CALLCONV stop_decoding(const void*, UConverterToUnicodeArgs*, const char*, std::int32_t,
@@ -91,16 +91,16 @@ private:
   IcuConverter(const std::string& name, char16_t substitute, UConverterToUCallback decoding,
                UConverterFromUCallback encoding);
 
-  // In a callback: whether the character has been written in another spelling, or there was no memory for that.
+  // For callbacks: writes the character in another spelling. Returns whether it did so or had no memory for it.
   bool spell(UConverterFromUnicodeArgs* arguments, UChar32 code, UConverterCallbackReason reason,
              UErrorCode* status) noexcept;
 
-  // Whether a malformed sequence consists of a lead byte and an ASCII character, which is not a part of it.
+  // Whether the sequence that ICU calls malformed is a lead byte and an ASCII byte, which is text and not malformed.
   bool takes_ascii(const char* bytes, std::int32_t length) const noexcept;
   bool decodes_to(char byte, char16_t expected) noexcept;
   char16_t from_icu(char16_t unit) const noexcept;
   char16_t to_icu(char16_t unit) const noexcept;
-  // The character that ICU finds lacking, as the text has it.
+  // The character of the text for the one that ICU reports as lacking.
   UChar32 lacking(UChar32 code) const noexcept {
     return exchange_ == Exchange::none || code > 0xFFFF ? code : from_icu(static_cast<char16_t>(code));
   }

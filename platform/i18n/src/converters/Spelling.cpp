@@ -12,7 +12,7 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Never null: ICU has it built in.
+// ICU has these data built in, so the pointer is never null.
 const icu::Normalizer2& composition() {
   UErrorCode status = U_ZERO_ERROR;
   const auto* const normalizer = icu::Normalizer2::getNFCInstance(status);
@@ -28,14 +28,14 @@ std::vector<UChar32> decompose(char32_t code) {
   return parts;
 }
 
-// The base with the marks of `mask` composed into it, the lowest bit for the first mark, and the others behind it.
-// Bogus if they do not compose.
+// Composes the base with the marks that are set in `mask`, and appends the other marks. The lowest bit is the first
+// mark. The result is bogus if a mark does not compose.
 icu::UnicodeString compose(const std::vector<UChar32>& parts, unsigned mask) {
   icu::UnicodeString text;
   UChar32 base = parts.front();
   icu::UnicodeString marks;
   for (std::size_t i = 1; i < parts.size() && base >= 0; ++i) {
-    if ((mask >> (i - 1) & 1) != 0)
+    if (((mask >> (i - 1)) & 1U) != 0)
       base = composition().composePair(base, parts[i]);
     else
       marks.append(parts[i]);
@@ -61,8 +61,9 @@ std::u16string Spelling::find(char32_t code) {
   const auto parts = decompose(code);
   constexpr std::size_t most_marks = 4;
   if (parts.size() < 2 || parts.size() > 1 + most_marks) return {};
-  for (unsigned mask = 1U << (parts.size() - 1); mask-- > 0;) {
-    const auto text = compose(parts, mask);
+  const unsigned masks = 1U << (parts.size() - 1);
+  for (unsigned i = 1; i <= masks; ++i) {
+    const auto text = compose(parts, masks - i);  // first with all marks composed, last with none
     if (text.isBogus() || text.countChar32() < 2) continue;
     std::u16string units(text.getBuffer(), static_cast<std::size_t>(text.length()));
     if (has_codes(units) && are_equivalent(text, icu::UnicodeString(static_cast<UChar32>(code)))) return units;

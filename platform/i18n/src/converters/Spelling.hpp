@@ -7,16 +7,15 @@
 
 namespace ku::i18n::detail {
 
-/// How a code page writes characters that it has no code for, without changing the text.
+/// Finds another spelling for characters that a code page has no code for, without changing the text.
 ///
-/// A character is written as the characters that it is canonically equivalent to (a letter and its accents), or as
-/// the one that codepages/ names for it. A single character for another one is otherwise no spelling but a
-/// look-alike.
+/// A character is written as a canonically equivalent sequence (a letter and its accents), or as the one character
+/// that a file in codepages/ specifies. No other single character is used: that would be a look-alike.
 class Spelling {
 public:
   explicit Spelling(const std::string& code_page) : code_page_(code_page) {}
 
-  /// The characters to write in place of `code`, all of which the code page has. Empty if there are none.
+  /// The characters to write instead of `code`; the code page has all of them. Empty if there is no other spelling.
   /// May raise `std::bad_alloc`.
   std::u16string find(char32_t code);
 
@@ -28,7 +27,7 @@ private:
   bool has_codes(const std::u16string& text);
 
   const std::string& code_page_;
-  std::unique_ptr<UConverter, Close> probe_;  // made when it is first needed
+  std::unique_ptr<UConverter, Close> probe_;  // created lazily
 };
 
 }  // namespace ku::i18n::detail

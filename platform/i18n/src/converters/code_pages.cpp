@@ -10,7 +10,7 @@
 #include <string_view>
 
 extern "C" {
-// The compiled pages, made by makeconv and pkgdata, which also choose this name.
+// The compiled code pages. makeconv and pkgdata generate them, and this name.
 extern const char zrqar_codepages_dat[];
 }
 
@@ -18,7 +18,7 @@ namespace ku::i18n::detail {
 namespace {
 
 constexpr char package[] = "zrqar_codepages";
-constexpr char package_prefix[] = "zrqar_codepages/";  // of the names of its pages; no converter of ICU's has a slash
+constexpr char package_prefix[] = "zrqar_codepages/";  // prefix of our pages' names; no ICU name has a slash
 
 struct Name {
   const char* name;
@@ -40,7 +40,7 @@ constexpr Respelling respellings[] = {
 #include "respellings.inc"
 };
 
-// Case and punctuation do not count, as with ICU's own names. Empty if there is none.
+// Case and punctuation are ignored, as in ICU's names. Empty if there is none.
 std::string find_own(const std::string& name) {
   for (const auto& known : names)
     if (ucnv_compareNames(known.name, name.c_str()) == 0)
@@ -68,7 +68,7 @@ std::string_view windows_number(std::string_view name) {
 void add_code_pages(UErrorCode* status) { udata_setAppData(package, zrqar_codepages_dat, status); }
 
 std::string find_code_page(const std::string& name) {
-  // ICU takes far more for a name than an encoding has: options behind a comma, names of converter files.
+  // ICU accepts more than names of encodings: options after a comma, and names of converter files.
   if (name.find_first_of(std::string_view(",\0", 2)) == std::string::npos) {
     if (auto page = find_own(name); !page.empty()) return page;
     if (const auto number = windows_number(name); !number.empty())

@@ -4,7 +4,7 @@
 
 namespace ku::i18n::detail {
 
-/// Where a conversion stands: what is left of its input, and of the room for its output.
+/// The position of a conversion: the rest of the input, and the room left for output.
 template <class From, class To>
 struct Cursor {
   const From* from;

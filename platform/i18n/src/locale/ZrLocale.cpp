@@ -15,7 +15,7 @@
 namespace ku::i18n {
 namespace {
 
-// The part of a locale's name that tells language and territory.
+// The language and the territory in a locale's name.
 std::string tag_of(const std::string& name) { return name.substr(0, name.find_first_of(".@")); }
 
 bool is_neutral(const std::string& tag) { return tag == "C" || tag == "POSIX"; }
@@ -25,14 +25,14 @@ std::string value_of(const char* variable) {
   return value == nullptr ? "" : value;
 }
 
-// The locale of one category, which has a variable of its own.
+// The environment's locale for the category with this variable.
 std::string environment_name(const char* category) {
   for (const char* const variable : {"LC_ALL", category, "LANG"})
     if (auto name = value_of(variable); !name.empty()) return name;
   return "C";
 }
 
-// What LANGUAGE lists, with a colon behind each.
+// The languages listed in LANGUAGE, with a colon after each.
 std::string preferred_languages() {
   const auto names = value_of("LANGUAGE");
   std::string languages;
@@ -44,12 +44,13 @@ std::string preferred_languages() {
   return languages;
 }
 
-// Of the installed locale of that name; empty if there is none. No locale of the process or of a thread changes.
+// The encoding of the installed locale of this name; empty if there is none. Does not change the locale of the
+// process or of a thread.
 std::string installed_encoding(const std::string& name) {
   struct Free {
     void operator()(locale_t locale) const noexcept { ::freelocale(locale); }
   };
-  errno = 0;  // newlocale leaves it alone for a locale that it has not found before
+  errno = 0;  // newlocale may fail without setting errno if it has already failed to find the locale
   const std::unique_ptr<std::remove_pointer_t<locale_t>, Free> locale(
       ::newlocale(LC_CTYPE_MASK, name.c_str(), nullptr));
   if (!locale && errno == ENOMEM) throw std::bad_alloc();
@@ -62,7 +63,7 @@ struct Current {
 };
 
 Current& current() {
-  static Current& current = *new Current;  // errors may still be raised while the program ends
+  static Current& current = *new Current;  // never destroyed: errors may be raised while the program ends
   return current;
 }
 
@@ -75,10 +76,10 @@ ZrLocale::ZrLocale(const std::string& name) : name_(name) {
   }
   const auto tag = tag_of(name_);
   if (!is_neutral(tag)) set_languages(tag);
-  const auto at = name_.find('@');
-  const auto dot = name_.substr(0, at).find('.');
+  const auto without_modifier = name_.substr(0, name_.find('@'));
+  const auto dot = without_modifier.find('.');
   if (dot != std::string::npos)
-    encoding_ = name_.substr(dot + 1, at == std::string::npos ? at : at - dot - 1);
+    encoding_ = without_modifier.substr(dot + 1);
   else if (!is_neutral(tag))
     encoding_ = installed_encoding(name_);
   if (encoding_.empty()) encoding_ = "UTF-8";
@@ -89,7 +90,7 @@ void ZrLocale::set_languages(const std::string& languages) {
   language_ = languages.substr(0, languages.find_first_of(":_"));
 }
 
-// The environment is asked once: a program that changes it meanwhile would race with us.
+// The environment is read once, since reading it later would race with a program that changes it.
 const ZrLocale& ZrLocale::environment() {
   static const ZrLocale& environment = []() -> const ZrLocale& {
     auto locale = std::make_unique<ZrLocale>(environment_name("LC_CTYPE"));

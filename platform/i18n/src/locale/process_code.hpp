@@ -4,10 +4,10 @@
 
 namespace ku::i18n::detail {
 
-/// The name of the process code, the encoding of file names and messages: that of the environment, UTF-8 if no
-/// converter knows it, which is how the C library treats one that it does not know.
+/// The name of the process code, the encoding of file names and messages. It is the encoding of the environment, or
+/// UTF-8 if no converter knows that encoding.
 ///
-/// Threads  May be called by any thread at any time.
+/// Threads  Any thread may call it at any time.
 const std::string& process_code();
 
 }  // namespace ku::i18n::detail

@@ -28,23 +28,24 @@ void check_found(UErrorCode status) {
   if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
 }
 
-// The texts in that language, null if there are none.
+// The texts in this language; null if there are none.
 BundleHandle find_texts(const tavik_core::MessageBundle& bundle, const std::string& language) {
   UErrorCode status = U_ZERO_ERROR;
   BundleHandle texts(ures_open(bundle.name, language.c_str(), &status));
-  // ICU would rather speak the environment's language than none, and refuses names that are too long for one.
+  // A warning means that ICU falls back to the language of the environment. The error means that the name is too
+  // long.
   if (status == U_USING_DEFAULT_WARNING || status == U_ILLEGAL_ARGUMENT_ERROR) return nullptr;
   check_found(status);
   return texts;
 }
 
-// English, in which the messages are written.
+// Whether the language is English, the language of the root bundle.
 bool is_root(const std::string& language) {
   const auto code = language.substr(0, language.find('_'));
   return code.empty() || code == "en" || code == "C" || code == "POSIX";
 }
 
-// In the first of the languages, with colons between them, for which there are texts; else in English.
+// The texts in the first of the languages, separated by colons, that has any; else the English ones.
 BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::string& languages) {
   UErrorCode status = U_ZERO_ERROR;
   udata_setAppData(bundle.name, bundle.data, &status);
@@ -56,7 +57,7 @@ BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::str
     if (auto texts = find_texts(bundle, language)) return texts;
     begin = end + 1;
   }
-  status = U_ZERO_ERROR;  // from the second time on it warns
+  status = U_ZERO_ERROR;  // from the second call on, udata_setAppData sets a warning
   BundleHandle texts(ures_open(bundle.name, "root", &status));
   check_found(status);
   return texts;
@@ -65,9 +66,9 @@ BundleHandle open_bundle(const tavik_core::MessageBundle& bundle, const std::str
 icu::UnicodeString text_of(const std::string& argument) {
   const auto text = codecvt_string_to_ustring(detail::process_code(), true).convert(argument.data(), argument.size());
   constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
-  if (text.size() > most) throw std::length_error("MessageCatalog::get_message");  // not covered: takes 4 GiB
+  if (text.size() > most) throw std::length_error("MessageCatalog::get_message");
   icu::UnicodeString result(text.data(), static_cast<std::int32_t>(text.size()));
-  if (result.isBogus()) throw std::bad_alloc();  // ICU would pass over it
+  if (result.isBogus()) throw std::bad_alloc();  // the formatter would ignore a bogus argument
   return result;
 }
 
@@ -93,7 +94,7 @@ std::u16string MessageCatalog::get_message(const tavik_core::BaseMsgID& id, cons
   icu::UnicodeString message;
   formatter.formatAndAppend(pointers.data(), count, message, nullptr, 0, status);
   check_found(status);
-  // ICU passes over a pattern for which there was no memory; no message is empty.
+  // If there was no memory for the pattern, ICU returns an empty message. No message of ours is empty.
   if (message.isBogus() || message.isEmpty()) throw std::bad_alloc();
   return {message.getBuffer(), static_cast<std::size_t>(message.length())};
 }

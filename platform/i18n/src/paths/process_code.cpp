@@ -17,7 +17,7 @@ const Encoding& process_encoding() {
   return encoding;
 }
 
-// Most names are ASCII, and need no converter.
+// Whether the text needs no converter, since it is ASCII. Most names are.
 template <class Unit>
 bool is_plain(const std::basic_string<Unit>& text) {
   const auto is_ascii = [](Unit unit) { return std::make_unsigned_t<Unit>(unit) < 0x80; };

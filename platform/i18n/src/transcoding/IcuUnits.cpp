@@ -34,6 +34,10 @@ void IcuUnits::decode_part(const char* bytes, std::size_t count, bool last, std:
   if (!icu_->decode(c, count, last))
     throw CvtExceptionBase("A converter has made more of its input than any should.");
   end -= icu_->decoding_pending();
+  // A byte may also tell that one before it, which looked like a shift, is malformed as well (UTF-7).
+  std::uint64_t malformed_bytes = 0;
+  for (const auto& sequence : malformed_) malformed_bytes += sequence.length;
+  if (locates_) start_ = std::min(start_, end - std::min(end, malformed_bytes));
   auto malformed = malformed_.begin();
   const auto* const units_end = c.to;
   for (const auto* unit = units_.data(); unit != units_end; ++unit) {
@@ -52,7 +56,8 @@ void IcuUnits::decode_part(const char* bytes, std::size_t count, bool last, std:
     } else {
       add_lone_lead(block);
       if (U16_IS_LEAD(*unit)) {
-        lead_ = Lead{*unit, start_};
+        lead_ = Lead{*unit, start_, end - start_};
+        if (is_last) start_ = end;
       } else {
         block.add(start_, *unit, end - start_);
         if (is_last) start_ = end;
@@ -64,7 +69,7 @@ void IcuUnits::decode_part(const char* bytes, std::size_t count, bool last, std:
 }
 
 void IcuUnits::add_lone_lead(CharacterBlock& block) noexcept {
-  if (lead_) block.add(lead_->offset, lead_->unit, start_ - lead_->offset);
+  if (lead_) block.add(lead_->offset, lead_->unit, lead_->length);
   lead_.reset();
 }
 

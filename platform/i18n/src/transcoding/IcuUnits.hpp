@@ -33,6 +33,7 @@ private:
   struct Lead {
     char16_t unit;
     std::uint64_t offset;
+    std::uint64_t length;
   };
   void decode_part(const char* bytes, std::size_t count, bool last, std::uint64_t end, CharacterBlock& block);
   void add_lone_lead(CharacterBlock& block) noexcept;

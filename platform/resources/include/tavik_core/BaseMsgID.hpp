@@ -14,9 +14,8 @@ struct MessageBundle {
 
 /// Identifies one message and holds the arguments of its text.
 ///
-/// Ownership  The arguments are copies. The bundle and the name are references and must live as long as the program,
-/// so
-///            that the name of an error is available even when memory has run out.
+/// Ownership  The arguments are copies. The bundle and the name are references and must live as long as the program.
+///            So the name of an error is available even when memory has run out.
 /// Threads    Immutable once built.
 class [[gnu::visibility("default")]] BaseMsgID {
 public:

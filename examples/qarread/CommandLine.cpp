@@ -1,0 +1,120 @@
+#include "CommandLine.hpp"
+
+#include "../UsageError.hpp"
+
+#include <qardatainterfaces/QARFileReader.hpp>
+#include <qardatainterfaces/Version.hpp>
+
+#include <charconv>
+#include <memory>
+#include <string_view>
+
+namespace qarread {
+
+const char* const CommandLine::usage =
+    R"(usage: qarread [-r] [--lcp-to-utf8 EXT,...] [--utf8-to-lcp EXT,...] [--transcode FROM:TO:EXT,...]...
+               [--runtime] [--chunk N] [--locale NAME] [--strict]
+               [--stat | --check | --catalogue] [--json] [--files0-from FILE] [--stdin-name NAME]
+               [-h | --help] [-V | --version] PATH...
+)";
+
+namespace {
+
+class Formatter final : public CLI::Formatter {
+public:
+  std::string make_help(const CLI::App* app, std::string /*name*/, CLI::AppFormatMode mode) const override {
+    return CommandLine::usage + make_description(app) + make_groups(app, mode) + make_footer(app);
+  }
+};
+
+unsigned int parseChunk(std::string_view text) {
+  unsigned int value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size() || value == 0 ||
+      value == Korvane::qardatainterfaces::QARFileReader::failed)
+    throw UsageError("a chunk has 1 to 4294967294 bytes");
+  return value;
+}
+
+// CLI11 would take the next argument instead.
+void refuseEmptyValues(int argc, char** argv) {
+  for (int i = 1; i < argc && argv[i] != std::string_view("--"); ++i)
+    if (const std::string_view argument = argv[i];
+        argument.size() > 3 && argument.substr(0, 2) == "--" && argument.find('=') == argument.size() - 1)
+      throw UsageError(std::string(argument.substr(0, argument.size() - 1)) + " needs a value");
+}
+
+}  // namespace
+
+CommandLine::CommandLine()
+    : app_("Writes what the readers of the library deliver for each PATH to standard output. - is standard input.",
+           "qarread"),
+      conversions_(app_, Conversions::Directions::both) {
+  app_.formatter(std::make_shared<Formatter>());
+  app_.set_help_flag("-h,--help", "This text");
+  app_.set_version_flag("-V,--version", std::string("qarread ") + libzrqardatainterfaces_version, "The version");
+  const auto addFlag = [this](const char* name, bool& value, const char* text) {
+    app_.add_flag(name, value, text)->disable_flag_override();
+  };
+  const auto addMode = [this](const char* name, Mode mode, const char* text) {
+    app_.add_flag_callback(
+            name, [this, mode] { modes_.insert(mode); }, text)
+        ->disable_flag_override();
+  };
+  addFlag("-r", options_.recursive, "Also read what is below directories; links are not followed");
+  addFlag("--runtime", options_.runtime, "Choose readers by extension alone, as at run time: links are followed");
+  app_.add_option("--chunk", chunk_, "Read N bytes at a time")->type_name("N");
+  addMode("--stat", Mode::stat, "Instead of content: reader, transform, bytes in and out, status and path");
+  addMode("--check", Mode::check, "Instead of content: what conversions lose, and whether files come back");
+  addMode("--catalogue", Mode::catalogue, "Instead of content: the entries of an archive catalogue, in its order");
+  addFlag("--json", options_.json, "With --stat or --check: a JSON object for each path");
+  app_.add_option("--files0-from", options_.namesFile, "Read the paths that FILE holds, each ended by a zero byte")
+      ->type_name("FILE");
+  app_.add_option("--stdin-name", options_.standardInputName, "Take standard input for a file of this name")
+      ->type_name("NAME");
+  app_.footer(
+      "\nExit status: 0; 1 if a path or standard output failed, or if --check has found losses; 2 if the command\n"
+      "line is wrong.");
+  app_.allow_extras();  // the paths; as an option's values, CLI11 would take "[a,b]" for two
+}
+
+std::optional<std::string> CommandLine::parse(int argc, char** argv) {
+  try {
+    refuseEmptyValues(argc, argv);
+    app_.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    return app_.help();
+  } catch (const CLI::CallForVersion& version) {
+    return std::string(version.what()) + '\n';
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(error.what());
+  }
+  takePaths();
+  takeMode();
+  if (!chunk_.empty()) options_.chunk = parseChunk(chunk_);
+  return std::nullopt;
+}
+
+void CommandLine::takePaths() {
+  bool isOption = true;
+  for (auto& argument : app_.remaining()) {
+    if (isOption && argument == "--")
+      isOption = false;
+    else if (isOption && argument.size() > 1 && argument[0] == '-')
+      throw UsageError("unknown option " + argument);
+    else
+      options_.paths.push_back(std::move(argument));
+  }
+  if (options_.namesFile && !options_.paths.empty())
+    throw UsageError("with --files0-from, no path can be on the command line");
+  if (!options_.namesFile && options_.paths.empty()) throw UsageError("a path is missing");
+}
+
+void CommandLine::takeMode() {
+  if (modes_.size() > 1) throw UsageError("--stat, --check and --catalogue exclude each other");
+  if (!modes_.empty()) options_.mode = *modes_.begin();
+  if (options_.json && options_.mode != Mode::stat && options_.mode != Mode::check)
+    throw UsageError("--json needs --stat or --check");
+}
+
+}  // namespace qarread

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include <unistd.h>
+
+/// Ends the program, and says what blocks, if it lives longer than that. One at a time.
+class Watchdog {
+public:
+  Watchdog(unsigned seconds, const std::string& what) {
+    std::snprintf(message.data(), message.size(), "\nblocked for %u seconds: %s\n", seconds, what.c_str());
+    std::signal(SIGALRM, [](int) {
+      static_cast<void>(!::write(STDERR_FILENO, message.data(), std::strlen(message.data())));
+      ::_exit(1);
+    });
+    ::alarm(seconds);
+  }
+  ~Watchdog() { ::alarm(0); }
+  Watchdog(const Watchdog&) = delete;
+  Watchdog& operator=(const Watchdog&) = delete;
+
+private:
+  static inline std::array<char, 300> message{};
+};

@@ -1,0 +1,123 @@
+#!/usr/bin/python3
+"""Changes one place of the library at a time, and tells which changes the tests do not notice.
+
+usage: mutate.py COPY [FILE...]     COPY is a copy of the tree, whose sources are overwritten, configured in COPY/build;
+                                    FILE is one of its sources; all of the library without
+
+All mutants are compiled at once; the environment variable MUTANT chooses one at run time. Each is shown to the tests
+that come by its place, until one fails.
+"""
+import collections
+import concurrent.futures
+import json
+import os
+import pathlib
+import resource
+import shlex
+import subprocess
+import sys
+import time
+
+import places
+import suite
+from sources import Source
+
+FOLDERS = ["src", "include", "platform/*/src", "platform/*/include"]
+JOBS = os.cpu_count()
+
+
+def units(build, wanted):
+    """The translation units to read, each with the options that decide what it means."""
+    found = {}
+    for entry in json.loads((build / "compile_commands.json").read_text()):
+        meaning = []
+        options = iter(shlex.split(entry["command"]))
+        for option in options:
+            if option in ("-isystem", "-include"):
+                meaning += [option, next(options)]
+            elif option.startswith(("-I", "-std", "-D")) and not option.endswith("_EXPORTS"):
+                meaning.append(option)
+        if entry["file"] in wanted:
+            found[entry["file"], *meaning] = entry["file"], meaning
+    return list(found.values())
+
+
+def in_parallel(function, all_arguments):
+    with concurrent.futures.ProcessPoolExecutor(JOBS) as pool:
+        return list(pool.map(function, *zip(*all_arguments))) if all_arguments else []
+
+
+def write_mutants(tree, build, sources, chosen):
+    """Writes the chosen sources with those of their mutants that compile; returns these and how many do not."""
+    read = units(build, sources if any(name.endswith(".hpp") for name in chosen) else chosen)
+    for found in in_parallel(places.find, [(file, options, chosen) for file, options in read]):
+        for name, place, kind, changed in sorted(found, key=str):
+            sources[name].add(place, kind, changed)
+    mutants = [mutant for name in chosen for mutant in sources[name].mutants()]
+    for number, mutant in enumerate(mutants, 1):
+        mutant.number = number
+    while read:
+        for name in chosen:
+            sources[name].write()
+        results = in_parallel(places.errors, [(file, options, chosen) for file, options in read])
+        read = [unit for unit, errors in zip(read, results) if errors]
+        errors = {(what, tuple(around)) for errors in results for what, around in errors}
+        dropped = [what for what, around in errors if any(sources[name].drop(offset) for name, offset in around)]
+        if errors and not dropped:
+            sys.exit("mutate: this does not compile\n" + "\n".join(what for what, _ in errors))
+    kept = [mutant for name in chosen for mutant in sources[name].mutants()]
+    return kept, len(mutants)
+
+
+def ask(asked, mutants):
+    """Which test notices each mutant; None if none does."""
+    everything = suite.Suite(asked)
+    with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
+        for mutant, killer in zip(mutants, pool.map(everything.killer, mutants)):
+            if killer is None:
+                reached = any(test.met[mutant.number] for test in asked)
+                print(mutant, "" if reached else "  (not reached)", flush=True)
+            yield mutant, killer
+
+
+def processor_time():
+    return sum(used.ru_utime + used.ru_stime
+               for used in map(resource.getrusage, (resource.RUSAGE_SELF, resource.RUSAGE_CHILDREN)))
+
+
+def progress(*words):
+    print(f"mutate: {processor_time():5.0f} s:", *words, file=sys.stderr, flush=True)
+
+
+def main():
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    tree = pathlib.Path(sys.argv[1]).resolve()
+    build = tree / "build"
+    sources = {str(path): Source(path, str(path.relative_to(tree)))
+               for folder in FOLDERS for path in sorted(tree.glob(folder + "/**/*.?pp"))}
+    named = {str(tree / name) for name in sys.argv[2:]} or set(sources)
+    if unknown := named - set(sources):
+        sys.exit(f"mutate: not a source of the library: {', '.join(unknown)}")
+    chosen = [path for path in sources if path in named]
+    mutants, found = write_mutants(tree, build, sources, chosen)
+    progress(f"{len(mutants)} mutants; {found - len(mutants)} more do not compile")
+    subprocess.run(["cmake", "--build", build, "--", "--quiet"], stdout=sys.stderr, check=True)
+    progress("built")
+    everything = list(suite.tests(build))
+    with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
+        usable = list(pool.map(lambda test: suite.record(test, found), everything))
+    asked = [test for test, can_be in zip(everything, usable) if can_be and any(test.met)]
+    progress(f"{len(asked)} tests are asked; not these, which are slow or fail without a mutant:",
+             *(test.name for test, can_be in zip(everything, usable) if not can_be))
+    all_of, noticed = collections.Counter(), collections.Counter()
+    for mutant, killer in ask(asked, mutants):
+        all_of[mutant.kind] += 1
+        noticed[mutant.kind] += killer is not None
+    for kind, count in sorted(all_of.items()):
+        print(f"{kind:10} {noticed[kind]:5} of {count:5} noticed")
+    print(f"{'all':10} {noticed.total():5} of {all_of.total():5} noticed, {noticed.total() / all_of.total():.1%}, in "
+          f"{processor_time() / 60:.0f} minutes of processor time")
+
+
+main()

@@ -1,0 +1,258 @@
+"""Finds what can be changed in C++ sources, as clang reads them."""
+import pathlib
+import re
+import typing
+
+from clang import cindex
+from clang.cindex import CursorKind as Kind
+
+OPERATORS = {
+    "==": ["!="], "!=": ["=="], "<": ["<=", ">="], ">": [">=", "<="], "<=": ["<", ">"], ">=": [">", "<"],
+    "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "*": ["/"], "/": ["*"],
+    "%": ["/"], "&": ["|"], "|": ["&"], "^": ["|"], "<<": [">>"], ">>": ["<<"],
+    "+=": ["-="], "-=": ["+="], "*=": ["/="], "/=": ["*="], "&=": ["|="], "|=": ["&="], "<<=": [">>="], ">>=": ["<<="],
+}
+COMPARISONS = {"==", "!=", "<", ">", "<=", ">="}
+FUNCTIONS = {Kind.FUNCTION_DECL, Kind.CXX_METHOD, Kind.CONSTRUCTOR, Kind.DESTRUCTOR, Kind.CONVERSION_FUNCTION,
+             Kind.FUNCTION_TEMPLATE}
+LOOPS = {Kind.WHILE_STMT, Kind.DO_STMT, Kind.FOR_STMT, Kind.CXX_FOR_RANGE_STMT}
+BRANCHES = LOOPS | {Kind.IF_STMT, Kind.SWITCH_STMT}
+EXITS = {Kind.RETURN_STMT, Kind.BREAK_STMT, Kind.CONTINUE_STMT, Kind.CXX_THROW_EXPR}
+EVALUATED_BY_COMPILER = {Kind.STATIC_ASSERT, Kind.CXX_UNARY_EXPR, Kind.ENUM_CONSTANT_DECL, Kind.PARM_DECL,
+                         Kind.TEMPLATE_NON_TYPE_PARAMETER, Kind.ALIGNED_ATTR}
+LITERALS = {Kind.INTEGER_LITERAL, Kind.CHARACTER_LITERAL}
+NUMBER = re.compile(r"\d[\da-fA-FxX']*[uUlLzZ]*|u?8?U?L?'.*'", re.DOTALL)
+
+
+def read(path):
+    """As clang counts: a character for each byte."""
+    return pathlib.Path(path).read_bytes().decode("latin-1")
+
+
+def parse(path, arguments):
+    return cindex.Index.create().parse(str(path), [*arguments, "-ferror-limit=0", "-w", "-Wno-c++11-narrowing"])
+
+
+def find(path, arguments, wanted):
+    """The changes in the files of `wanted` that a translation unit reads: (file, place, mutant), see Finder.add."""
+    finders = {}
+    for cursor in parse(path, arguments).cursor.get_children():
+        name = cursor.location.file.name if cursor.location.file else None
+        if name in wanted:
+            finders.setdefault(name, Finder(read(name))).visit(cursor, None)
+    return {(name, *found) for name, finder in finders.items() for found in finder.found}
+
+
+def errors(path, arguments, wanted):
+    """Where a translation unit does not compile: for each error, (what, [(file, offset)...]), the nearest one first."""
+    found = []
+    for error in parse(path, arguments).diagnostics:
+        if error.severity >= cindex.Diagnostic.Error:
+            places = [part.location for part in [error, *error.children] if part.location.file]
+            around = [(place.file.name, place.offset) for place in places if place.file.name in wanted]
+            found.append((str(error), around))
+    return found
+
+
+class Changed(typing.NamedTuple):
+    """What stands in a place instead. A person may be shown something else: where, what there was, what there is."""
+    text: str
+    at: int = None
+    before: str = None
+    after: str = None
+
+
+def as_bool(text):
+    return Changed(f"static_cast<bool>({text})", after=text)
+
+
+def start(cursor):
+    return cursor.extent.start.offset
+
+
+def end(cursor):
+    return cursor.extent.end.offset
+
+
+class Finder:
+    """Walks through one file. `guard` is the function that has to be asked whether a mutant is active; None outside
+    of functions, where the compiler evaluates."""
+
+    def __init__(self, text):
+        self.text = text
+        self.found = set()
+
+    def of(self, cursor):
+        return self.text[start(cursor):end(cursor)]
+
+    def before(self, cursor):
+        return self.text[:start(cursor)].rstrip()
+
+    def after(self, cursor):
+        return self.text[end(cursor):].lstrip()
+
+    def add(self, guard, first, last, shape, kind, *replacements):
+        """What can stand in the range from `first` to `last`, which is an expression, a condition or a statement."""
+        if guard and first <= last and "\n#" not in self.text[first:last]:
+            changes = [each if isinstance(each, Changed) else Changed(each) for each in replacements]
+            self.found.update(((first, last, shape, guard), kind, change) for change in changes)
+
+    def visit(self, cursor, guard):
+        kind = cursor.kind
+        if kind in EVALUATED_BY_COMPILER or kind == Kind.VAR_DECL and self.is_constant(cursor, guard):
+            return
+        children = [child for child in cursor.get_children() if not self.is_part_of_type(child, cursor)]
+        if kind in FUNCTIONS:
+            guard = self.function(cursor, children)
+        elif kind == Kind.FIELD_DECL:
+            guard = "constexpr_mutant"
+        elif kind == Kind.COMPOUND_STMT:
+            self.order(children, guard)
+        if kind.is_expression():
+            self.expression(cursor, children, guard)
+        self.condition(cursor, children, guard)
+        self.dropped(cursor, children, guard)
+        for child in children:
+            self.visit(child, guard)
+
+    def is_part_of_type(self, cursor, parent):
+        """Whether it is an argument of a template or the size of an array."""
+        around = self.text[start(cursor) - 1:start(cursor)] + self.text[end(cursor):end(cursor) + 1]
+        return cursor.kind.is_expression() and ("<" in around or ">" in around or
+                                                around == "[]" and parent.kind in (Kind.VAR_DECL, Kind.FIELD_DECL))
+
+    def is_constant(self, variable, guard):
+        return not guard or re.search(r"\bconst(expr|init)\b", self.of(variable).split("=")[0])
+
+    def function(self, cursor, children):
+        if not children or children[-1].kind != Kind.COMPOUND_STMT or self.text[start(children[-1])] != "{":
+            return None
+        body = children[-1]
+        head = self.text[start(cursor):start(body)]
+        guard = "constexpr_mutant" if re.search(r"\bconstexpr\b", head) else "mutant"
+        result = cursor.result_type.spelling
+        statements = list(body.get_children())
+        if result in ("", "void"):
+            early = ["return;"] if len(statements) > 1 else []
+        elif result == "bool":
+            early = ["return true;", "return false;"]
+        else:
+            early = [] if result.endswith("&") or "auto" in result else ["return {};"]
+        if statements:
+            early = [text for text in early if text != self.statement(statements[0])]
+            self.add(guard, start(body) + 1, start(body) + 1, "statement", "return", *early)
+        return guard
+
+    def expression(self, cursor, children, guard):
+        text = self.of(cursor)
+        add = lambda kind, *replacements: self.add(guard, start(cursor), end(cursor), "expression", kind, *replacements)
+        if cursor.kind in LITERALS and NUMBER.fullmatch(text):
+            add("constant", Changed(f"mutation::next({text})", after=f"{text} + 1"))
+        elif text in ("true", "false") and cursor.kind == Kind.CXX_BOOL_LITERAL_EXPR:
+            add("constant", "false" if text == "true" else "true")
+        elif cursor.kind == Kind.UNARY_OPERATOR and children:
+            self.unary(cursor, children[0], add)
+        operator, left, right = self.binary(cursor, children)
+        if operator in ("&&", "||"):
+            add("condition", as_bool(left), as_bool(right))
+        for other in OPERATORS.get(operator, []):
+            add("operator", Changed(f"({left}) {other} ({right})", after=f"{left} {other} {right}"))
+
+    def unary(self, cursor, operand, add):
+        prefix = self.text[start(cursor):start(operand)].strip()
+        postfix = self.text[end(operand):end(cursor)].strip()
+        if prefix == "!":
+            add("operator", as_bool(self.of(operand)))
+        elif prefix in ("-", "~"):
+            add("operator", self.of(operand))
+        elif prefix in ("++", "--") or postfix in ("++", "--"):
+            add("operator", self.of(cursor).replace(prefix or postfix, "--" if (prefix or postfix) == "++" else "++"))
+
+    def binary(self, cursor, children):
+        """Operator and operands; an overloaded operator is a call."""
+        if len(children) > 1 and start(children[0]) == start(cursor) and end(children[-1]) == end(cursor):
+            operator = self.text[end(children[0]):start(children[-1])].strip()
+            if operator in OPERATORS:
+                return operator, self.of(children[0]), self.of(children[-1])
+        return None, None, None
+
+    def condition(self, cursor, children, guard):
+        """Of a branch: always, never, and the opposite where no operator gives it. Of a loop: never."""
+        ends = {Kind.IF_STMT: ")", Kind.WHILE_STMT: ")", Kind.DO_STMT: ")", Kind.FOR_STMT: ";",
+                Kind.CONDITIONAL_OPERATOR: "?"}.get(cursor.kind)
+        if not ends or re.match(r"if\s+constexpr", self.of(cursor)):
+            return
+        asked = [child for child in children if child.kind.is_expression() and self.after(child).startswith(ends)][:1]
+        for child in asked:
+            if self.of(child) in ("true", "false") or cursor.kind == Kind.FOR_STMT and self.before(child)[-1] != ";":
+                continue
+            replacements = ["false"] if cursor.kind in LOOPS else ["true", "false"]
+            operator = self.binary(child, list(child.get_children()))[0]
+            if cursor.kind not in LOOPS and operator not in COMPARISONS and not self.of(child).startswith("!"):
+                replacements.append(f"!({self.of(child)})")
+            self.add(guard, start(child), end(child), "condition", "condition", *replacements)
+
+    def dropped(self, parent, children, guard):
+        """Statements that can be left out: calls, assignments, jumps."""
+        if parent.kind in LOOPS:
+            children = children[:1] if parent.kind == Kind.DO_STMT else children[-1:]
+        elif parent.kind not in (Kind.COMPOUND_STMT, Kind.IF_STMT, Kind.CASE_STMT, Kind.DEFAULT_STMT):
+            return
+        for child in children:
+            is_jump = child.kind in (Kind.BREAK_STMT, Kind.CONTINUE_STMT) or self.statement(child) == "return;"
+            stands_alone = self.after(child).startswith(";") and \
+                self.before(child).endswith((")", "{", "}", ";", ":", "else", "do"))
+            if stands_alone and (is_jump or child.kind.is_expression()) and not self.of(child).startswith("["):
+                self.add(guard, start(child), self.end_of_statement(child), "statement", "statement", "")
+
+    def end_of_statement(self, cursor):
+        rest = self.text[end(cursor):]
+        return end(cursor) + len(rest) - len(rest.lstrip()) + 1 if rest.lstrip().startswith(";") else end(cursor)
+
+    def statement(self, cursor):
+        return self.text[start(cursor):self.end_of_statement(cursor)]
+
+    def order(self, statements, guard):
+        """Neighbours that can change places, and may mean something else then."""
+        runs = [[]]
+        for cursor in statements:
+            if cursor.kind in BRANCHES or cursor.kind.is_expression() and cursor.kind != Kind.CXX_THROW_EXPR:
+                runs[-1].append(cursor)
+            else:
+                runs.append([])
+        for run in runs:
+            texts = [self.statement(cursor) for cursor in run]
+            for at in range(len(run) - 1):
+                if self.depend(run[at], run[at + 1]):
+                    swapped = [*texts[:at], texts[at + 1], texts[at], *texts[at + 2:]]
+                    self.add(guard, start(run[0]), self.end_of_statement(run[-1]), "statement", "order",
+                             Changed("\n".join(swapped), start(run[at]), " ".join(texts[at:at + 2]),
+                                     " ".join(reversed(texts[at:at + 2]))))
+
+    def depend(self, one, other):
+        """Whether two statements touch the same variable, or one of them may leave."""
+        (names, leaves), (names2, leaves2) = self.uses(one), self.uses(other)
+        return leaves or leaves2 or any((name + ".").startswith(name2 + ".") or (name2 + ".").startswith(name + ".")
+                                        for name in names for name2 in names2)
+
+    def uses(self, statement):
+        """The variables that a statement may change, as they are written, and whether it may leave."""
+        names, leaves, open_ = set(), False, [statement]
+        while open_:
+            cursor = open_.pop()
+            leaves |= cursor.kind in EXITS
+            children = list(cursor.get_children())
+            target = cursor.referenced
+            if cursor.kind in (Kind.MEMBER_REF_EXPR, Kind.DECL_REF_EXPR) and target is not None:
+                if cursor.kind == Kind.MEMBER_REF_EXPR and not children:
+                    names.add("this" if target.kind == Kind.CXX_METHOD else "this." + cursor.spelling)
+                elif target.kind in (Kind.VAR_DECL, Kind.PARM_DECL, Kind.FIELD_DECL) and not is_constant(target.type):
+                    names.add(self.of(cursor).replace("->", "."))
+                    continue
+            open_ += children
+        return names, leaves
+
+
+def is_constant(variable):
+    target = variable.get_pointee()
+    return (variable if target.kind == cindex.TypeKind.INVALID else target).is_const_qualified()

@@ -1,0 +1,86 @@
+"""Sources that hold every mutant, and ask at run time which one is active."""
+import re
+
+from places import read
+
+
+class Mutant:
+    def __init__(self, source, place, kind, changed):
+        self.source, self.kind, self.text = source, kind, changed.text
+        at = place[0] if changed.at is None else changed.at
+        self.line = source.text.count("\n", 0, at) + 1
+        self.before = source.text[place[0]:place[1]] if changed.before is None else changed.before
+        self.after = changed.text if changed.after is None else changed.after
+        self.number = None
+
+    def __str__(self):
+        change = [re.sub(r"\s+", " ", text) for text in (self.before, self.after)]
+        return f"{self.source.name}:{self.line}: {self.kind}: {change[0]}  ->  {change[1]}".rstrip()
+
+
+class Source:
+    """A file with its places, each of which has mutants. A place is (start, end, shape, guard), see places.Finder."""
+
+    def __init__(self, path, name):
+        self.path, self.name, self.text = path, name, read(path)
+        self.places = {}
+        self.written = []       # what stands where in the file with the mutants: (start, end, mutants)
+
+    def add(self, place, kind, changed):
+        mutants = self.places.setdefault(place, [])
+        if all(mutant.text != changed.text for mutant in mutants):
+            mutants.append(Mutant(self, place, kind, changed))
+
+    def mutants(self):
+        return [mutant for mutants in self.places.values() for mutant in mutants]
+
+    def write(self):
+        """Each place becomes a choice between its mutants and what was there, which has places of its own."""
+        self.order = sorted((place for place in self.places if self.places[place]),
+                            key=lambda place: (place[0], -place[1], place[2] == "expression"))
+        self.out, self.length, self.written = [], 0, []
+        self.put_range(0, len(self.text), 0)
+        self.path.write_bytes("".join(self.out).encode("latin-1"))
+
+    def put(self, text):
+        self.out.append(text)
+        self.length += len(text)
+
+    def put_range(self, at, end, index):
+        while index < len(self.order) and self.order[index][0] < end:
+            place = self.order[index]
+            if place[0] < at:           # crosses the one before it
+                self.places[place] = []
+                index += 1
+                continue
+            self.put(self.text[at:place[0]])
+            index = self.put_place(place, index)
+            at = place[1]
+        self.put(self.text[at:end])
+        return index
+
+    def put_place(self, place, index):
+        start, end, shape, guard = place
+        if_active, otherwise, close, inner_close = {
+            "statement": ("{{ if ({}) {{ {} }} else ", "{ ", " }", " }"),
+            "expression": ("({} ? {} : ", "(", ")", ")"),
+            "condition": ("({} ? {} : ", "static_cast<bool>(", ")", ")"),
+        }[shape]
+        begin = self.length
+        for mutant in self.places[place]:
+            chosen = self.length
+            self.put(if_active.format(f"mutation::{guard}({mutant.number})", mutant.text))
+            self.written.append((chosen, self.length, [mutant]))
+        self.put(otherwise)
+        index = self.put_range(start, end, index + 1)
+        self.put(inner_close + close * len(self.places[place]))
+        self.written.append((begin, self.length, self.places[place]))
+        return index
+
+    def drop(self, offset):
+        """Gives up the mutants around what does not compile at that offset; false if there are none."""
+        around = [(end - start, mutants) for start, end, mutants in self.written if start <= offset <= end]
+        dropped = list(min(around, key=lambda found: found[0], default=(0, []))[1])
+        for place, mutants in self.places.items():
+            self.places[place] = [mutant for mutant in mutants if mutant not in dropped]
+        return bool(dropped)

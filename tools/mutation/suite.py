@@ -1,0 +1,117 @@
+"""The tests of a built tree, each of which can be run with a mutant."""
+import collections
+import dataclasses
+import json
+import math
+import os
+import re
+import select
+import shutil
+import signal
+import subprocess
+import tempfile
+
+SLOWEST = 10            # seconds of processor time; what takes longer is not asked
+QUICK = 0.3             # seconds; such cases of one program share a process
+MEMORY = 6 << 30        # bytes; some mutants want more and more
+
+
+@dataclasses.dataclass(eq=False)
+class Test:
+    name: str
+    command: list
+    directory: str
+    environment: dict
+    skipped: int            # the exit status that says so
+    program: str = ""       # of GoogleTest
+    case: str = ""          # of that program
+    seconds: float = 0      # of processor time, without a mutant
+    met: bytes = b""        # for each mutant, whether the test comes by
+
+
+def tests(build):
+    listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], capture_output=True, check=True)
+    for entry in json.loads(listed.stdout)["tests"]:
+        if "command" not in entry:
+            continue
+        properties = {each["name"]: each["value"] for each in entry["properties"]}
+        test = Test(entry["name"].split("  #")[0], entry["command"], properties.get("WORKING_DIRECTORY", build),
+                    dict(each.split("=", 1) for each in properties.get("ENVIRONMENT", [])),
+                    properties.get("SKIP_RETURN_CODE", 0))
+        if match := re.match(r"--gtest_filter=(.*)", "".join(test.command[1:2])):
+            test.program, test.case = test.command[0], match[1]
+        yield test
+
+
+def run(test, environment):
+    """Whether the test passes, what it printed, and its seconds of processor time. What it leaves behind is removed."""
+    limit = math.ceil(1 + 4 * test.seconds)
+    scratch = tempfile.mkdtemp(prefix="mutant.")
+    os.chmod(scratch, 0o755)        # for tests that give up the rights of root
+    with tempfile.TemporaryFile() as output:
+        process = subprocess.Popen(
+            ["prlimit", f"--cpu={limit}", f"--as={MEMORY}", "--core=0", *test.command], cwd=test.directory,
+            env={**os.environ, **test.environment, **environment, "TMPDIR": scratch}, start_new_session=True,
+            stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT)
+        ended = os.pidfd_open(process.pid)
+        waiting = select.poll()
+        waiting.register(ended, select.POLLIN)
+        waiting.poll(1000 * (10 + 20 * limit))      # for what waits without end; a busy machine may be slow
+        os.killpg(process.pid, signal.SIGKILL)      # and all that it has started
+        os.close(ended)
+        _, status, used = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        output.seek(0)
+        printed = output.read().decode(errors="replace")
+    shutil.rmtree(scratch, ignore_errors=True)
+    return process.returncode in (0, test.skipped), printed, used.ru_utime + used.ru_stime
+
+
+def record(test, mutants):
+    """Runs a test without a mutant: sets its time and the mutants that it meets. Whether it can be asked."""
+    test.seconds = SLOWEST
+    with tempfile.NamedTemporaryFile() as shared:
+        shared.truncate(mutants + 1)
+        passed, _, test.seconds = run(test, {"MUTANT": str(-mutants - 1), "MUTANTS_MET": shared.name})
+        test.met = shared.read()
+    return passed and test.seconds < SLOWEST
+
+
+def together(cases):
+    """The cases of one program, run by one process up to the first failure."""
+    one = cases[0]
+    chosen = "--gtest_filter=" + ":".join(case.case for case in cases)
+    return dataclasses.replace(one, command=[one.program, chosen, "--gtest_fail_fast", *one.command[2:]], case="",
+                               seconds=sum(case.seconds for case in cases))
+
+
+def batches(asked):
+    """Tests that find out together what these find out, the quickest first."""
+    programs = collections.defaultdict(list)
+    alone = []
+    for test in asked:
+        (programs[test.program] if test.program and test.seconds < QUICK else alone).append(test)
+    return sorted([*alone, *map(together, programs.values())], key=lambda test: test.seconds)
+
+
+class Suite:
+    """Finds a test that notices a mutant. What has noticed others of the same file is asked first."""
+
+    def __init__(self, asked):
+        self.asked = asked
+        self.noticed = collections.defaultdict(list)        # file: tests, the last one first
+
+    def killer(self, mutant):
+        """The name of the test that noticed, or None."""
+        meet = [test for test in self.asked if test.met[mutant.number]]
+        first = [test for test in self.noticed[mutant.source.name] if test in meet][:4]
+        for test in [*first, *batches([test for test in meet if test not in first])]:
+            passed, printed, _ = run(test, {"MUTANT": str(mutant.number)})
+            if not passed:
+                case = re.findall(r"^\[ RUN      \] (\S+)", printed, re.MULTILINE)[-1:]
+                found = next((other for other in meet if [other.case] == case), test)
+                if found in meet:
+                    others = [other for other in self.noticed[mutant.source.name] if other is not found]
+                    self.noticed[mutant.source.name] = [found, *others]
+                return found.name
+        return None
