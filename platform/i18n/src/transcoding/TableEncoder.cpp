@@ -45,7 +45,7 @@ char* TableEncoder::encode_by_icu(CharacterBlock& block, char* to, char* limit) 
   return to;
 }
 
-char* TableEncoder::put(Entry entry, char* to) const noexcept {
+inline char* TableEncoder::put(Entry entry, char* to) const noexcept {
   if (entry > 0) {
     std::memcpy(to, &entry, sizeof(entry));
     return to + length_of(entry);

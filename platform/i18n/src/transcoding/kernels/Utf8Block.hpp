@@ -49,6 +49,9 @@ public:
     return true;
   }
 
+  /// Of well-formed text: where characters of any length begin, be the last one cut.
+  std::uint64_t all_starts() const noexcept { return ~continuations_; }
+
   /// Whether the text, from the start of a character, has but characters of up to three bytes, or surrogates.
   bool is_simple() const noexcept { return !is_unusual_ && has_form(0, 0); }
   /// The same, without surrogates.
