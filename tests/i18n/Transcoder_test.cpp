@@ -6,7 +6,7 @@
 #include <ku/i18n/codecvt.hpp>
 #include <texts.hpp>
 
-#include <gtest/gtest.h>
+#include "support/table.hpp"
 
 #include <algorithm>
 #include <iomanip>
@@ -206,7 +206,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"UTF-8", "ISO-8859-1", {"é", "aaé", "日"}}, Case{"UTF-8", "IBM037", {"a", "é"}},
                     Case{"UTF-8", "TIS-620", {"ก", "aaก"}}, Case{"UTF-8", "windows-1258", {"đ", "aaaaaế", "₫ế"}},
                     Case{"UTF-8", "Shift_JIS", {"я", "日"}}, Case{"UTF-8", "GB18030", {"한", "😀"}},
-                    Case{"UTF-8", "EUC-JP", {"日", "日a本я"}}, Case{"Shift_JIS", "EUC-JP", {"\x93\xFA"}}));
+                    Case{"UTF-8", "EUC-JP", {"日", "日a本я"}}, Case{"Shift_JIS", "EUC-JP", {"\x93\xFA"}}),
+    [](const auto& test) { return test_name(test.param.source + std::string(" to ") + test.param.target); });
 
 class Pieces : public testing::TestWithParam<std::string> {};
 
@@ -258,7 +259,8 @@ TEST_P(Pieces, KeepWithinTheRoom) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(AllCodePages, Pieces, testing::ValuesIn(code_page_names()));
+INSTANTIATE_TEST_SUITE_P(AllCodePages, Pieces, testing::ValuesIn(code_page_names()),
+                         [](const auto& test) { return test_name(test.param); });
 
 TEST(Transcoder, RefusesWhatTheConvertersRefuse) {
   EXPECT_THROW(Transcoder("no-such-encoding", "UTF-8"), CvtExceptionBase);

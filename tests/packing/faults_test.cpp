@@ -1,4 +1,4 @@
-// Files that change or fail while they are packed: the program stands in front of `read` of the C library.
+// Files that change or fail while they are packed. This program replaces `read` of the C library.
 
 #undef _FORTIFY_SOURCE  // fortified headers define the function themselves
 

@@ -32,7 +32,7 @@ class Source:
             mutants.append(Mutant(self, place, kind, changed))
 
     def mutants(self):
-        return [mutant for mutants in self.places.values() for mutant in mutants]
+        return [mutant for place in sorted(self.places) for mutant in self.places[place]]
 
     def write(self):
         """Each place becomes a choice between its mutants and what was there, which has places of its own."""

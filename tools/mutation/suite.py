@@ -11,7 +11,8 @@ import signal
 import subprocess
 import tempfile
 
-SLOWEST = 10            # seconds of processor time; what takes longer is not asked
+NOT_ASKED = r"CodePages|Instructions|qarread\.names"      # minutes each, in many processes
+SLOWEST = 10            # seconds of processor time; what takes longer is not asked either
 QUICK = 0.3             # seconds; such cases of one program share a process
 MEMORY = 6 << 30        # bytes; some mutants want more and more
 
@@ -32,7 +33,7 @@ class Test:
 def tests(build):
     listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], capture_output=True, check=True)
     for entry in json.loads(listed.stdout)["tests"]:
-        if "command" not in entry:
+        if "command" not in entry or re.match(NOT_ASKED, entry["name"]):
             continue
         properties = {each["name"]: each["value"] for each in entry["properties"]}
         test = Test(entry["name"].split("  #")[0], entry["command"], properties.get("WORKING_DIRECTORY", build),
@@ -43,9 +44,9 @@ def tests(build):
         yield test
 
 
-def run(test, environment):
-    """Whether the test passes, what it printed, and its seconds of processor time. What it leaves behind is removed."""
-    limit = math.ceil(1 + 4 * test.seconds)
+def run(test, environment, limit):
+    """Whether the test passes within so many seconds of processor time, what it printed, and how many it needed. What it
+    leaves behind is removed."""
     scratch = tempfile.mkdtemp(prefix="mutant.")
     os.chmod(scratch, 0o755)        # for tests that give up the rights of root
     with tempfile.TemporaryFile() as output:
@@ -69,10 +70,10 @@ def run(test, environment):
 
 def record(test, mutants):
     """Runs a test without a mutant: sets its time and the mutants that it meets. Whether it can be asked."""
-    test.seconds = SLOWEST
     with tempfile.NamedTemporaryFile() as shared:
+        os.chmod(shared.name, 0o666)
         shared.truncate(mutants + 1)
-        passed, _, test.seconds = run(test, {"MUTANT": str(-mutants - 1), "MUTANTS_MET": shared.name})
+        passed, _, test.seconds = run(test, {"MUTANT": str(-mutants - 1), "MUTANTS_MET": shared.name}, SLOWEST)
         test.met = shared.read()
     return passed and test.seconds < SLOWEST
 
@@ -106,7 +107,7 @@ class Suite:
         meet = [test for test in self.asked if test.met[mutant.number]]
         first = [test for test in self.noticed[mutant.source.name] if test in meet][:4]
         for test in [*first, *batches([test for test in meet if test not in first])]:
-            passed, printed, _ = run(test, {"MUTANT": str(mutant.number)})
+            passed, printed, _ = run(test, {"MUTANT": str(mutant.number)}, math.ceil(1 + 4 * test.seconds))
             if not passed:
                 case = re.findall(r"^\[ RUN      \] (\S+)", printed, re.MULTILINE)[-1:]
                 found = next((other for other in meet if [other.case] == case), test)
