@@ -62,14 +62,15 @@ void Conversions::apply(di::QARFileReaderFactory& factory, const Make& make) con
   if ((toUtf8_ != nullptr && toUtf8_->count() > 0) || (fromUtf8_ != nullptr && fromUtf8_->count() > 0))
     checkLocalCodePage();
   std::map<const CLI::Option*, std::size_t> seen;
-  for (const CLI::Option* const option : app_.parse_order()) {  // once for each value
-    const auto index = seen[option]++;
-    if (option == transcode_) {
-      addTranscoding(factory, make, option->results()[index]);
-    } else if (option == toUtf8_ || option == fromUtf8_) {
-      const auto extensions = parseExtensions(option->results()[index]);
+  for (const CLI::Option* const next : app_.parse_order()) {  // once for each value
+    const auto& option = *next;
+    const auto index = seen[&option]++;
+    if (&option == transcode_) {
+      addTranscoding(factory, make, option.results()[index]);
+    } else if (&option == toUtf8_ || &option == fromUtf8_) {
+      const auto extensions = parseExtensions(option.results()[index]);
       factory.addFileTypeHandler(
-          extensions, option == toUtf8_ ? make("lcp-to-utf8", "", "UTF-8") : make("utf8-to-lcp", "UTF-8", ""));
+          extensions, &option == toUtf8_ ? make("lcp-to-utf8", "", "UTF-8") : make("utf8-to-lcp", "UTF-8", ""));
     }
   }
 }

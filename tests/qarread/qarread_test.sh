@@ -121,6 +121,7 @@ plain - 256 256 ok bytes' missing $'\xff' /proc/self/mem bytes
 # Standard input, and names from files.
 case='standard input'
 cat long | "$program" - | cmp - long || wrong 'content'
+[ "$({ printf a; sleep 0.1; printf b; } | "$program" -)" = ab ] || wrong 'in two pieces'
 [ "$("$program" - <sjis.txt --stdin-name x.y/z.txt --transcode SHIFT_JIS:UTF-8:txt)" = 日本語 ] || wrong 'converted'
 rows=$(cat long | "$program" --stat - dangling - | tr -s ' ' | cut -d ' ' -f 3-4 | tail -n +2)
 [ "$rows" = "$(stat -c '%s %s' long)"$'\n14 14\n0 0' ] || wrong "sizes: $rows"
