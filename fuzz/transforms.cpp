@@ -232,6 +232,7 @@ void check_local_transform(const std::string& text, const Conversion& whole, con
 
 /// Any name asks for an encoding, or is refused everywhere.
 void check_name(const std::string& name) {
+  if (name.empty()) return;  // the local code page
   const auto is_refused = [](auto&& task) {
     try {
       task();
@@ -246,7 +247,7 @@ void check_name(const std::string& name) {
   const bool refused = is_refused([&] { ku::i18n::codecvt_string_to_ustring(name, true); });
   require(refused == is_refused([&] { Transcoder(name, name); }));
   require(refused == is_refused([&] { Recorder(name, "UTF-8", QARCodePageTransform::OnLoss::fail); }));
-  if (name.empty() || name.find_first_of(std::string_view("@\0", 2)) != name.npos) return;  // not as that of a locale
+  if (name.find_first_of(std::string_view("@\0", 2)) != name.npos) return;  // a locale cannot have it
   ku::i18n::ZrLocale::global(ku::i18n::ZrLocale("en_US." + name));
   require(refused == is_refused([&] {
             const CapturedOutput output;

@@ -96,9 +96,12 @@ public:
   Tree& operator=(const Tree&) = delete;
 
   static const std::string& root() {
-    static const std::string path =
-        (std::filesystem::temp_directory_path() / ("zrqar." + std::to_string(::getpid()))).native() + "/";
-    return path;
+    static const struct Root {
+      ~Root() { ::rmdir(path.c_str()); }
+      std::string path =
+          (std::filesystem::temp_directory_path() / ("zrqar." + std::to_string(::getpid()))).native() + "/";
+    } root;
+    return root.path;
   }
 
   enum class Kind { directory, file, fifo, socket, link, nothing };

@@ -12,7 +12,9 @@ shift 2
 # The stacks of all allocations and much memory that waits to be used again would halve the speed. The tests under
 # AddressSanitizer replay the corpora, and look for leaks then.
 export ASAN_OPTIONS=malloc_context_size=0:quarantine_size_mb=4:detect_leaks=0
-export LC_ALL=C TMPDIR=/dev/shm
+export LC_ALL=C TMPDIR
+TMPDIR=$(mktemp --directory /dev/shm/zrqar.XXXXXX)
+trap 'rm -rf "$TMPDIR"' EXIT
 
 fuzz() {
   local target=$1 log=$build/$1.log longest=256

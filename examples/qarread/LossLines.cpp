@@ -16,7 +16,7 @@ std::string describe(const LossAt& loss, const Findings& findings) {
 }  // namespace
 
 void LossLines::show(const Found&, const Record& record) {
-  if (!record.findings || !record.hasSucceeded()) return;
+  if (!record.findings) return;
   const auto& findings = *record.findings;
   const auto path = printable(record.path);
   std::string lines;

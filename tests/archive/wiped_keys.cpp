@@ -1,5 +1,5 @@
-// Looks into every block that goes back to the allocator for the bytes of a key. Built by each compiler as
-// packages are, and with all that it may optimise, since it is they who may find overwriting pointless.
+// Searches every block that is freed for the bytes of a key. Built by each compiler as for packages, and with full
+// optimisation, since a compiler may remove the overwriting.
 #include <qardatainterfaces/QARContext.hpp>
 
 #include <cstdio>

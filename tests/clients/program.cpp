@@ -1,4 +1,4 @@
-// Needs the code pages and the messages, in whatever way the library was built.
+// Uses code pages and messages, to check that each kind of build has them.
 #include <ku/i18n/ZrLocale.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>

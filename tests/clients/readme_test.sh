@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The example in the README is the program that is compiled, and does what it says:
+# Checks that the example in the README is the compiled program, and that it works:
 # readme_test.sh README SOURCE PROGRAM
 set -euo pipefail
 program=$(realpath "$3")

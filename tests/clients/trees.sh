@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# trees.sh SHARED STATIC CXX WORK: builds programs with the compiler CXX in the folder WORK, as other projects would:
-# from the sources of the library, on a platform that has the real libraries, and with the static library. SHARED and
-# STATIC are prefixes into which the library is installed.
+# trees.sh SHARED STATIC CXX WORK: builds programs with the compiler CXX in the folder WORK in the ways of other
+# projects: from the sources of the library, on a platform that has the real libraries, and with the static library.
+# SHARED and STATIC are prefixes where the library is installed.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 library=$(cd "$here/../.." && pwd)
@@ -10,7 +10,7 @@ rm -rf "$work"
 mkdir -p "$work"
 work=$(cd "$work" && pwd)
 
-# check WHAT PROGRAM: it prints what it should.
+# check WHAT PROGRAM: checks the output of the program.
 check() {
   (mkdir -p "$work/run" && cd "$work/run" && LC_ALL=de_DE.UTF-8 "$2") | diff - <(
     echo Grüße
@@ -27,7 +27,8 @@ build() {
   } >"$work/$2.log" 2>&1 || { cat "$work/$2.log"; exit 1; }
 }
 
-# nobody_asked NAME: the project in WORK/NAME has got no tests, and installs nothing but its own program and plug-in.
+# nobody_asked NAME: checks that the project in WORK/NAME has no tests of the library, and installs only its own program
+# and plug-in.
 nobody_asked() {
   ctest --test-dir "$work/$1" --show-only | grep 'Total Tests: 0' >/dev/null || { echo "$1: has tests"; exit 1; }
   cmake --install "$work/$1" --prefix "$work/$1-installed" >"$work/$1.log"
@@ -43,19 +44,19 @@ check 'FetchContent, static' "$work/fetched/program"
 nobody_asked fetched
 ! ldd "$work/fetched/program" | grep 'kui18n\|zrqar' || { echo "the static program wants shared libraries"; exit 1; }
 
-# The static library, found installed.
+# The installed static library.
 build platform static -DCMAKE_PREFIX_PATH="$static"
 check 'find_package, static' "$work/static/program"
 export PKG_CONFIG_PATH=$static/lib/pkgconfig
 # shellcheck disable=SC2046
 "$cxx" -std=c++17 -o "$work/by-pkgconf" "$here/program.cpp" $(pkgconf --cflags --libs zrqardatainterfaces)
 check 'pkg-config, static' "$work/by-pkgconf"
-# A program without any shared library; glibc warns of what ICU would need dlopen for.
+# A program without any shared library; glibc warns that ICU uses dlopen.
 # shellcheck disable=SC2046
 "$cxx" -std=c++17 -static -o "$work/all-static" "$here/program.cpp" $(pkgconf --static --cflags --libs zrqardatainterfaces) 2>"$work/all-static.log"
 check 'pkg-config --static' "$work/all-static"
 
-# A platform that has the libraries, of another version than the stand-ins.
+# A platform that has the real libraries, with another version than the stand-ins.
 mkdir -p "$work/real/lib" "$work/real/include"
 cp -r "$shared"/include/{ku,opc,qar,tavik_core} "$work/real/include"
 for name in libkui18n libzrqar_res; do

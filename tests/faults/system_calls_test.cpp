@@ -4,6 +4,7 @@
 
 #include "support/ScriptedTransform.hpp"
 #include "support/TemporaryDirectory.hpp"
+#include "support/Watchdog.hpp"
 #include "support/content.hpp"
 
 #include <gmock/gmock.h>
@@ -28,14 +29,14 @@ namespace {
 
 constexpr int cut_short = -1;
 
-// What happens to the calls of the library, which all come here.
+// The fault to inject into the library's system calls, which all come here.
 struct Fault {
   std::size_t countdown = 0;             // 0: nothing; 1: the next call
   std::vector<int> errors = {};          // of that call and of those behind it
   std::vector<std::string> struck = {};  // the names of these calls
 } fault;
 std::size_t injected = 0;
-std::function<void()> before_each_read;
+std::function<void()> before_each_read, before_next_open;
 
 // The error of this call, or 0.
 int strike(const char* call) {
@@ -77,6 +78,7 @@ int open(const char* path, int flags, ...) {
   va_start(rest, flags);
   const auto mode = va_arg(rest, unsigned);  // whatever that is if there is none
   va_end(rest);
+  if (const auto before = std::exchange(before_next_open, nullptr)) before();
   return static_cast<int>(call("open", SYS_open, path, flags, mode));
 }
 int __open_2(const char* path, int flags) { return open(path, flags); }  // what hardened code calls
@@ -197,8 +199,8 @@ TEST_F(SystemCalls, FailWithoutDoingHarm) {
   EXPECT_GT(injected, 400U);
 }
 
-// Some regular files have nothing to read now and then: they are waited for, although they are opened so as not to
-// wait.
+// Some regular files temporarily have nothing to read. The library waits for them, although it opens them with
+// O_NONBLOCK.
 TEST_F(SystemCalls, WaitForWhatARegularFileWillHave) {
   const auto path = directory.file("plain", "content");
   for (std::size_t way = 2; way < 5; ++way)
@@ -212,6 +214,16 @@ TEST_F(SystemCalls, WaitForWhatARegularFileWillHave) {
         EXPECT_EQ(result, expected) << way << ' ' << n;
       }
     }
+}
+
+TEST_F(SystemCalls, WaitForNoWriterOfAFifoThatTakesThePlaceOfAFile) {
+  const auto path = directory.file("plain", "content");
+  before_next_open = [&] {
+    std::filesystem::remove(directory.native("plain"));
+    EXPECT_EQ(::mkfifo(directory.native("plain").c_str(), 0600), 0);
+  };
+  const Watchdog watchdog(20, "opening a FIFO that has no writer");
+  EXPECT_EQ(read(ways[2], path), "QARDATAINTERFACES_FILE_OPEN_FAILED");
 }
 
 TEST_F(SystemCalls, LeaveTheContentOfAPipeThatBreaks) {

@@ -1,4 +1,4 @@
-// Locales, and the process code, which is that of the environment.
+// Locales and the process code, as determined from the environment.
 
 #include "support/environment.hpp"
 #include "support/TemporaryDirectory.hpp"
@@ -59,7 +59,7 @@ TEST(ZrLocale, WantsMessagesInTheLanguagesOfTheEnvironment) {
     });
 }
 
-// localedef makes the locales, in a folder where the C library is told to look.
+// localedef makes the locales in a folder that LOCPATH names.
 TEST(ZrLocale, TakesTheEncodingOfTheInstalledLocaleWhereItsNameHasNone) {
   const TemporaryDirectory directory;
   const auto define = [&](const std::string& name, const std::string& encoding) {

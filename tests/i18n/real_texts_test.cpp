@@ -1,4 +1,4 @@
-// What people wrote in the encodings of their languages.
+// Real text in the encodings of its languages.
 
 #include <judges.hpp>
 #include <ku/i18n/codecvt.hpp>

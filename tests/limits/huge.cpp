@@ -1,4 +1,4 @@
-// One call of each converter with more than ICU takes at a time, and a read of more than the kernel gives at a time.
+// Calls each converter once with more text than ICU takes in one call, and reads more than one system call returns.
 #include <ku/i18n/codecvt.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
 

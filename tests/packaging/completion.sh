@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# completion.sh FILE QARREAD: asks the completion in FILE what it offers for the program QARREAD.
+# completion.sh FILE QARREAD: checks the suggestions of the completion in FILE for the program QARREAD.
 set -euo pipefail
 # shellcheck source=/dev/null
 . "$1"
 program=$2
 compopt() { :; }  # only while bash itself completes
 
-# offers EXPECTED WORD...: the last word is to be completed; the offer has the line EXPECTED.
+# offers EXPECTED WORD...: checks that the suggestions for completing the last word have the line EXPECTED.
 offers() {
   COMP_WORDS=("$program" "${@:2}") COMP_CWORD=$(($# - 1)) COMPREPLY=()
   _qarread "$program" "${!#}" "${COMP_WORDS[COMP_CWORD - 1]}"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# exports.sh [--update] LIBRARY LIST: fails unless the dynamic symbols that LIBRARY defines, weak and data ones
-# included, are those in LIST, and shows the difference; or writes LIST anew. What stands behind a name in LIST, the
-# version in which it came if that was not the first, is left alone.
+# exports.sh [--update] LIBRARY LIST: compares the dynamic symbols that LIBRARY defines, including weak and data
+# symbols, with LIST, and shows the difference; --update writes LIST. A version after a name in LIST, that in which the
+# name was added, is kept.
 set -euo pipefail
 
 exported() {

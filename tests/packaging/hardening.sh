@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
-# hardening.sh FILE...: fails unless each finished file has what makes faults harder to exploit. Reads the files
-# themselves, since a flag that was given may have had no effect.
+# hardening.sh FILE...: checks that each binary has the protections against exploits. Examines the binaries, since a
+# compiler flag may have had no effect.
 set -euo pipefail
 
 failures=0
-# check WHAT PATTERN COMMAND...: the command's output has a line that matches.
+# check WHAT PATTERN COMMAND...: checks that a line of the command's output matches.
 check() {
   local output
   output=$("${@:3}")
   grep --quiet --extended-regexp "$2" <<<"$output" || { echo "$file: no $1"; failures=1; }
 }
 
-# The functions that other files can call and that do not begin with a landing pad.
+# Functions that other binaries can call and that do not begin with a landing pad (endbr64).
 without_landing_pad() {
   objdump --disassemble --no-show-raw-insn "$1" |
     awk 'NR == FNR { exported[$1]; next }

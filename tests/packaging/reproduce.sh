@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# reproduce.sh PACKAGES: builds the packages again from a copy of the sources in another folder, under another time zone
-# and another language, and fails unless they have the same bytes as those in the folder PACKAGES; debug information,
-# and with it the libraries' build ids, included.
+# reproduce.sh PACKAGES: builds the packages again from a copy of the sources in another folder, with another time zone
+# and another language. Fails unless they have the same bytes as those in the folder PACKAGES, including debug
+# information and build ids.
 set -euo pipefail
 : "${SOURCE_DATE_EPOCH:?}"
 first=$(cd "$1" && pwd)

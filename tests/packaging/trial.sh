@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# trial.sh PACKAGES WORK: installs the Debian packages in the folder PACKAGES on this machine, builds and runs programs
-# from the system's paths, and removes the packages again: with the stand-ins, and beside a platform that has the real
-# libraries. Nothing may be left.
+# trial.sh PACKAGES WORK: installs the Debian packages in the folder PACKAGES on this machine, builds programs with
+# them, runs these, and removes the packages: once with the stand-ins, and once with packages of the real libraries.
+# Nothing may be left.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 clients=$here/../clients
@@ -20,7 +20,7 @@ names() {
   for package; do dpkg-deb --field "$package" Package; done
 }
 
-# All there is in the places of packages.
+# All files in the folders of packages.
 everything() {
   "${sudo[@]}" find /etc /opt /usr /var/lib -xdev \( -path /var/lib/dpkg -o -path "$packages" -o -path "$work" \) -prune \
     -o -print | LC_ALL=C sort
@@ -51,8 +51,8 @@ installed() {
   echo "installed, used and removed, $what"
 }
 
-# real PACKAGE: makes of the stand-in's package one of a platform that has the libraries itself: of another name, and of
-# another version of the files.
+# real PACKAGE: makes a package of the real libraries from that of the stand-ins, with another name and other versions
+# of the files.
 real() {
   local tree file
   tree=$work/$(basename "$1" .deb)

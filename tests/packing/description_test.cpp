@@ -10,7 +10,7 @@ namespace {
 using Korvane::qardatainterfaces::QARByteArray;
 using Korvane::qardatainterfaces::QARPath;
 
-// Every byte, alone and beside others, text or not.
+// Every byte, alone and next to others, text or not.
 TEST(Description, ComesBackAsItWas) {
   Description before;
   before.context.setVersionInfo("1.2 \xFF\n\"");

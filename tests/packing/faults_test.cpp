@@ -1,4 +1,4 @@
-// Files that change or fail while they are packed: the program stands in front of `read` of the C library.
+// Files that change or fail while they are packed. This program replaces `read` of the C library.
 
 #undef _FORTIFY_SOURCE  // fortified headers define the function themselves
 
@@ -94,7 +94,8 @@ INSTANTIATE_TEST_SUITE_P(
                return 0;
              },
              "b\" is neither"},
-        Case{"fails", [](auto& path) { return path.filename() == "b" ? EIO : 0; }, "b: cannot be read (Input/output error)"}),
+        Case{"fails", [](auto& path) { return path.filename() == "b" ? EIO : 0; },
+             "b: cannot be read (Input/output error)"}),
     [](const auto& i) { return std::string(i.param.name); });
 
 }  // namespace

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # shellcheck disable=SC2086  # lists of arguments are to be split
-# One case of the tests of pack, unpack and list, judged by bsdtar, GNU tar, iconv and diff:
+# Runs one test case of pack, unpack and list, and compares with bsdtar, GNU tar, iconv and diff:
 # packing_test.sh PROGRAMS CASE, where PROGRAMS is the folder of the three.
 set -uo pipefail
 programs=$(realpath "$1") case=$2
@@ -22,11 +22,11 @@ wrong() {
   failures=$((failures + 1))
 }
 
-# same A B: whether two directories hold the same, links as links; in B there may be the description besides.
+# same A B: whether two directories have the same content, with links as links. B may also have the description.
 same() { diff -r --no-dereference --exclude=.qar-description.json "$1" "$2" >../differences 2>&1 || wrong "$1 and $2: $(head -c 2000 ../differences)"; }
 
-# refused STATUS ERRORS COMMAND...: the command ends with the status and says what the pattern ERRORS tells; nothing is
-# left of what it did.
+# refused STATUS ERRORS COMMAND...: checks that the command ends with the status, that its errors match the pattern
+# ERRORS, and that it leaves nothing behind.
 refused() {
   local status=0 wanted=$1 errors=$2 before
   shift 2
@@ -39,7 +39,7 @@ refused() {
   rm -f ../out ../err
 }
 
-# A small tree of all that can be packed. Names of bytes that are no text, and of those that mean something elsewhere.
+# A small tree of everything that can be packed, with names that are not text and names with special characters.
 make_tree() {
   local name
   mkdir -p tree/{empty,deep/er/and/deeper,.hidden} && cd tree || exit 1
@@ -78,7 +78,7 @@ case_kinds() {
   done
   [ -z "$(find . -maxdepth 1 -name '.*pack*')" ] || wrong 'temporary files are left'
 }
-# Large trees that others have made.
+# Large trees from other sources.
 case_system_trees() {
   local tree program
   while read -r tree program; do
@@ -93,7 +93,7 @@ case_system_trees() {
 /usr/include tar'
 }
 
-# What others pack, hard links and holes included.
+# Archives of other programs, including hard links and holes.
 case_foreign_archives() {
   make_tree
   ln tree/README tree/deep/another
@@ -102,7 +102,7 @@ case_foreign_archives() {
   for format in v7 oldgnu gnu ustar pax; do
     for names in . 'README deep .hidden'; do
       tar -c -f "$format.tar" --format=$format -C tree $names 2>/dev/null || [ $format = v7 ] || [ $format = ustar ] || wrong "tar $format"
-      # v7 and ustar leave out what does not fit; GNU tar itself says what is in there.
+      # v7 and ustar leave out entries that do not fit; GNU tar lists what the archive has.
       mkdir expected && tar -xf $format.tar -C expected
       unpack $format.tar out || wrong "unpack $format of tar, $names"
       same expected out
@@ -146,7 +146,7 @@ case_code_pages() {
   [ "$(<remarks)" = "unpack: latin1.txt: $lost" ] || wrong "remarks: $(<remarks)"
   refused 1 "unpack: latin1.txt: cannot be converted ($lost)" unpack a.tar.gz no --locale ja_JP.SJIS --utf8-to-lcp txt --strict
 
-  # Between encodings by name, whatever the locale.
+  # Conversion between named encodings, regardless of the locale.
   pack tree t.tar --transcode ISO-8859-1:CP850:txt --transcode ISO-8859-1:UTF-16LE:bin || wrong 'pack --transcode'
   unpack t.tar coded && iconv -f ISO-8859-1 -t CP850 tree/latin1.txt | cmp - coded/latin1.txt || wrong 'CP850'
   iconv -f ISO-8859-1 -t UTF-16LE tree/latin1.bin | cmp - coded/latin1.bin || wrong 'UTF-16LE'
@@ -181,7 +181,7 @@ macro       NAME=VALUE
 tarvo path  lib
 class path  lib/a.jar
 END
-  # The checksums, to a reader of JSON and of CRC-32 that is none of ours.
+  # The checksums, checked by Python's JSON and CRC-32.
   bsdtar -xOf a.tar .qar-description.json | python3 -c '
 import json, sys, zlib
 for entry in json.load(sys.stdin)["entries"]:
@@ -208,7 +208,7 @@ END
   SOURCE_DATE_EPOCH=soon refused 2 'pack: SOURCE_DATE_EPOCH is *' pack tree c.tar
 }
 
-# Each archive that "hostile.py" makes is refused with the text that it has in its name, and nothing is left.
+# Each archive that "hostile.py" makes is refused with the text in its name, and nothing is left behind.
 case_hostile_archives() {
   mkdir inside
   python3 "$here/hostile.py" . >table || wrong 'hostile.py'
@@ -218,7 +218,7 @@ case_hostile_archives() {
   done <../table
   [ "$(wc -l <../table)" -gt 20 ] || wrong 'too few'
   [ ! -e ../evil ] || wrong 'written outside'
-  # The limits can be moved.
+  # The limits can be changed.
   unpack --max-ratio 1000000 ../bomb.tar.zst out || wrong 'a bomb that is wanted'
   [ "$(stat -c %s out/zeros)" = 100000000 ] || wrong 'its size'
   refused 1 'unpack: ../bomb.tar.zst: is larger than allowed' unpack --max-ratio 1000000 --max-size 99999999 ../bomb.tar.zst b

@@ -1,4 +1,4 @@
-// What others do to a path, or to the process, at the same time.
+// Concurrent changes of a path or of the process.
 
 #include "support/TemporaryDirectory.hpp"
 #include "support/Watchdog.hpp"
@@ -61,7 +61,7 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
     const Watchdog watchdog(20, "a reader, perhaps on the FIFO, which has no writer");
     try {
       const auto reader = factory.getReader(path);
-      // Between its two looks at the link, a reader of links may meet anything else, and then has nothing.
+      // Something else may replace the link between the two system calls of its reader, which then has no content.
       const bool plain = reader->more();
       const auto whole = text(reader->readAll());
       ++outcomes[plain ? "content " + whole : whole == "secret" || whole.empty() ? "link" : whole];
@@ -82,7 +82,7 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
   EXPECT_GE(outcomes.size(), 3U) << "hardly a race";
 }
 
-// Runs `task` in many threads at once, from the very first call on, while the locale of the process changes.
+// Runs `task` in many threads at once, from the first call on, while the locale of the process changes.
 template <class Task>
 void together(Task task) {
   std::atomic<bool> go = false, done = false;

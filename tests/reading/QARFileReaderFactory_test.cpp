@@ -25,7 +25,7 @@ namespace {
 using namespace std::string_literals;
 using testing::HasSubstr;
 
-// The extensions, of all that the path might have, with which a registration matches.
+// The extensions that a registration may have to match the path, out of all candidates.
 std::u16string matching(const std::u16string& path) {
   std::u16string result;
   for (std::size_t from = 0; from <= path.size(); ++from) {
@@ -86,7 +86,7 @@ TEST(QARFileReaderFactory, ChoosesTheEarliestRegistrationAndDestroysAllInTheirOr
   EXPECT_EQ(destroyed, "0123");
 }
 
-// What comes of asking for a reader: its content, the message it raises, or the query that failed and why.
+// The result of getting a reader: its content, the message id of the exception, or the failed query and its reason.
 std::string outcome(std::u16string path, bool runtime) try {
   QARFileReaderFactory factory;
   return text((runtime ? factory.getRuntimeReader(path) : factory.getReader(path))->readAll());
@@ -97,7 +97,7 @@ std::string outcome(std::u16string path, bool runtime) try {
   EXPECT_EQ(std::strstr(exception.what(), ": file is closed.failbit is set.") != nullptr, name == "OPEN_FAILED");
   return name;
 } catch (const boost::filesystem::filesystem_error& error) {
-  // The path that was queried: without the mark, up to the first zero.
+  // The queried path: without the prefix "//:", up to the first zero.
   const std::u16string queried = path.substr(path.compare(0, 3, u"//:") == 0 ? 3 : 0).c_str();
   EXPECT_EQ(error.path1().native(), ku::i18n::to_string(queried));
   EXPECT_EQ(error.code().category(), boost::system::system_category());

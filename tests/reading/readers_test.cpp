@@ -29,7 +29,7 @@ struct Case {
 };
 void PrintTo(const Case& tested, std::ostream* out) { PrintTo(tested.steps.front(), out); }
 
-/// Those of all transcripts.
+/// The cases of all transcripts.
 std::vector<Case> cases() {
   std::set<std::string> files, names;
   for (const auto& entry : fs::directory_iterator(ZRQAR_SOURCE_DIR "/tests/reading/transcripts"))
@@ -50,7 +50,7 @@ std::vector<Case> cases() {
   return all;
 }
 
-/// Performs the steps of a case, and compares what comes of it; see transcripts/README.md.
+/// Performs the steps of a case and compares the results; see transcripts/README.md.
 class Readers : public testing::TestWithParam<Case> {
 protected:
   Readers() { use(true, false); }
@@ -125,7 +125,7 @@ protected:
     return name[0] == '/' ? std::u16string(name.begin(), name.end()) : directory.path(name);
   }
 
-  // The last two fields: what is delivered, and in which state that leaves the reader.
+  // The last two fields: the data that is delivered, and the state of the reader after it.
   template <class Read>
   void expect(const Row& row, Read read) {
     QARMetaData meta(false, "kept");
@@ -184,7 +184,7 @@ TEST_P(Readers, DoWhatTheTranscriptSays) {
 
 INSTANTIATE_TEST_SUITE_P(, Readers, testing::ValuesIn(cases()), [](const auto& test) { return test.param.name; });
 
-// What a transcript cannot say.
+// Cases that a transcript cannot express.
 
 struct OwnReader final : QARFileReader {
   using QARFileReader::QARFileReader;
@@ -206,7 +206,7 @@ TEST(FileReaders, CountBeyond32BitsAndNeverAsFarAsTheFailureValue) {
   const int file = ::memfd_create("sparse", 0), room = ::memfd_create("room", 0);
   ASSERT_EQ(::ftruncate(file, size) + ::ftruncate(room, piece), 0);
   ASSERT_EQ(::pwrite(file, "end", 3, size), 3);
-  // One piece of memory shows up all over the buffer.
+  // The same memory is mapped repeatedly in the whole buffer.
   auto* const buffer = static_cast<char*>(::mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
   for (std::size_t at = 0; at < size; at += piece)
     ASSERT_NE(::mmap(buffer + at, piece, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, room, 0), MAP_FAILED);
@@ -220,7 +220,7 @@ TEST(FileReaders, CountBeyond32BitsAndNeverAsFarAsTheFailureValue) {
 }
 #endif
 
-// What can be read of these files is given to the first read only, if that asks for all of it.
+// These files deliver their content only to the first read, if that requests all of it.
 TEST(FileReaders, ReadWholeFilesThatDoNotTellTheirSize) {
   for (const std::string path : {"/proc/sys/kernel/pid_max", "/proc/sys/kernel/printk", "/proc/self/status"}) {
     std::ifstream file(path);

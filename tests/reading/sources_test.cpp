@@ -52,7 +52,7 @@ struct Case {
   Row row;
   std::string source, kind, by;
 
-  // A cell may repeat the one to its left.
+  // A cell may mean the same as the one to its left.
   std::string expected(std::size_t way) const {
     const auto cell = row.at(3 + way);
     return cell == "=" && way > 0 ? expected(way - 1) : cell;
@@ -92,7 +92,7 @@ public:
   Trial(const Trial&) = delete;
   Trial& operator=(const Trial&) = delete;
 
-  /// What came of it; nothing if the source is not to be had here.
+  /// The result; nothing if the source is not available on this machine.
   std::optional<std::string> run() {
     const auto before = is_forbidden_ ? ::setfsuid(65534) : -1;  // the superuser is never denied anything
     if (is_available_) attempt();
@@ -172,7 +172,7 @@ private:
     EXPECT_EQ(::write(to, text.data(), text.size()), static_cast<ssize_t>(text.size()));
   }
 
-  // A lease on the file, which its holder gives back some time after it is asked to.
+  // A lease on the file, which its holder releases some time after it is requested.
   void lease() {
     fill(content);
     int ready[2];
@@ -214,7 +214,7 @@ private:
     redirect("/proc/self/fd/" + std::to_string(ends[0]));
   }
 
-  // Behind standard input; what comes from it may let wait for itself.
+  // A source on standard input, which may deliver its data after a delay.
   void make_socket(bool hesitates) {
     int ends[2];
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
@@ -246,7 +246,7 @@ private:
       name_ = path;  // links are not followed
   }
 
-  // A file of the kernel's that tells no size, and holds the name of the thread.
+  // A file of the kernel that reports no size and has the name of the thread.
   void make_sizeless() {
     ::prctl(PR_SET_NAME, "content");
     redirect("/proc/thread-self/comm");
@@ -272,6 +272,8 @@ private:
       {"leased", [&] { lease(); }},
       {"vanished",
        [&] { kind_.input == Kind::link ? redirect(content) : fill(content), once_open_ = [&] { remove(); }; }},
+      {"returned",
+       [&] { redirect(content), once_open_ = [&] { remove(); }, in_between_ = [&] { redirect(content); }; }},
       {"replaced", [&] { redirect("gone"), once_open_ = [&] { remove(), fill(content); }; }},
       {"grown", [&] { fill("con"), once_open_ = [&] { fill(content); }; }},
       {"shrunk", [&] { fill(content), once_open_ = [&] { fs::resize_file(directory_.native(name_), 3); }; }},

@@ -2,16 +2,16 @@
 
 #include <cstddef>
 
-/// The allocator of this program, which counts and fails for each thread by itself: `operator new`, the C library's
-/// functions and through them ICU's all come here. Link support/Allocator.cpp; sanitizers have one of their own.
+/// An allocator for tests, which counts and fails for each thread separately. It replaces `operator new` and the C
+/// library's functions, which ICU uses. Link support/Allocator.cpp; not under sanitizers, which have their own.
 struct Allocator {
-  /// From now on, the n-th allocation of this thread fails, and every `period`-th after that; only that one if
+  /// Makes the n-th allocation of this thread from now on fail, and every `period`-th after it; only that one if
   /// `period` is 0. n counts from 1.
   static void fail_at(std::size_t n, std::size_t period) noexcept;
-  /// Ends that, and tells whether any has failed.
+  /// Ends the failing, and returns whether any allocation has failed.
   static bool stop_failing() noexcept;
 
-  /// What this thread has asked for.
+  /// The allocations of this thread.
   struct Counts {
     std::size_t calls;   ///< that gave memory, or more of it
     std::size_t bytes;   ///< that they gave

@@ -3,7 +3,7 @@
 #include <iostream>
 #include <sstream>
 
-/// What is written to standard output while this exists.
+/// Captures standard output while this object exists.
 class CapturedOutput {
 public:
   CapturedOutput() : usual_(std::cout.rdbuf(text_.rdbuf())) {}

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// Makes an encoding the local code page for as long as this exists.
+/// Sets the local code page while this object exists.
 class ContentLocale {
 public:
   explicit ContentLocale(const std::string& encoding)

@@ -26,7 +26,7 @@ public:
   std::u16string path(const std::string& name) const {
     return Korvane::qardatainterfaces::QARPath::fromNative(native(name));
   }
-  /// Makes the file, or replaces what is in it, and returns its path.
+  /// Creates the file or replaces its content, and returns its path.
   std::u16string file(const std::string& name, const std::string& content) const {
     std::ofstream(native(name), std::ios::binary) << content;
     return path(name);

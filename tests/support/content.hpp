@@ -13,14 +13,14 @@ inline std::string text(const QARByteArray& array) {
   return {reinterpret_cast<const char*>(array.begin()), array.size()};
 }
 
-/// Text in which each place tells where it is.
+/// Text with different bytes at each position.
 inline std::string pattern(std::size_t size) {
   std::string result(size, '\0');
   for (std::size_t i = 0; i < size; ++i) result[i] = static_cast<char>(i % 251 + i / 65536);
   return result;
 }
 
-/// One chunk read into room for no byte more; `refused` if it fails.
+/// One chunk, read into a buffer of exactly its size; `refused` if the read fails.
 template <class... Meta>
 std::string chunk(QARFileReader& reader, unsigned int size, Meta&... meta) {
   std::vector<char> buffer(size);

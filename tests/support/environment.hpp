@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-/// Runs `task` in a new process with these locale variables and no others: a process asks its environment once.
+/// Runs `task` in a new process with only these locale variables, since a process reads its environment once.
 template <class Task>
 void in_environment(const std::map<std::string, std::string>& variables, Task task) {
   const auto clear = [] {

@@ -5,7 +5,7 @@
 #include <qardatainterfaces/QARContext.hpp>
 #include <qardatainterfaces/QARData.hpp>
 
-/// All that there is to see of a value, as text.
+/// Everything observable of a value, as text.
 namespace Korvane::qardatainterfaces {
 
 inline std::string seen(const std::u16string& text) { return {text.begin(), text.end()}; }  // enough for ASCII

@@ -36,7 +36,7 @@ std::string described(const QARConversionLoss& loss) {
   return text.str();
 }
 
-/// Writes what it is told into the metadata.
+/// Writes the losses that it receives into the metadata.
 class Reporting final : public QARCodePageTransform {
 public:
   Reporting(const std::string& from, const std::string& to, OnLoss onLoss = OnLoss::substitute)

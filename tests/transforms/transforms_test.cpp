@@ -89,7 +89,7 @@ TEST_P(Transforms, FindWhatIsMalformedWhereverItStands) {
   }
 }
 
-// What the page has: all sequences of one and two bytes that it reads.
+// The text of all sequences of one and two bytes that the page has.
 std::string all_characters(const std::string& page) {
   ku::i18n::codecvt_string_to_ustring decoder(page, true);
   std::string all;
@@ -106,7 +106,7 @@ TEST_P(Transforms, AgreeWithTheTwoConvertersOneAfterTheOtherInEveryCodePage) {
     const auto units = ku::i18n::codecvt_string_to_ustring(from, true).convert(text.data(), text.size());
     return ku::i18n::codecvt_ustring_to_string(to, true).convert(units.data(), units.size());
   };
-  // In BOCU-1, two units come of a byte: a block is full, with half a character, before its bytes are taken.
+  // In BOCU-1 one byte can become two units: a block is full, with half a character, before all bytes are consumed.
   std::string pairs(5441, 'x');
   for (int i = 0; i < 8192; ++i) pairs += "\U00010330";
   const auto& [make, from, to] = GetParam().second;

@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// What other programs make of these bytes: Python's codecs with the error handler "surrogateescape".
+// The results of another program: Python's codecs with the error handler "surrogateescape".
 const struct {
   const char* locale;
   std::string name;
@@ -38,7 +38,7 @@ TEST(QARPath, IsTextWhereTheNameIs) {
     });
 }
 
-// No two names have one path: there are a way there and a way back for each.
+// Different names have different paths: each name can be converted to a path and back.
 TEST(QARPath, HasTheBytesOfEveryName) {
   for (const std::string encoding :
        {"UTF-8", "ISO-8859-7", "SJIS", "EUC-JP", "GB18030", "Big5-HKSCS", "EUC-JISX0213", "CP1258", "EUC-TW",
@@ -56,7 +56,7 @@ TEST(QARPath, HasTheBytesOfEveryName) {
         if (first % 16 == 15) check(std::string(255, static_cast<char>(first)));
         for (int second = 1; second < 256; second += is_common ? 1 : 17)
           check({static_cast<char>(first), static_cast<char>(second)});
-        // Of bytes that mean something to stateful encodings, and of others.
+        // Bytes with a meaning in stateful encodings, and others.
         std::string some;
         for (int i = 0; i < 12; ++i) {
           const char* const parts[] = {"\x1B$B", "\x1B(B", "\x1B$)C", "~{", "~}", "+", "-", "\x0E", "\x0F", "F|"};
@@ -87,7 +87,7 @@ TEST(QARPath, IsRefusedWhereNoNameHasIt) {
     });
 }
 
-// Characters that the process code writes alike are one name, which has one path.
+// Characters that the process code encodes as the same bytes are one name, which has one path.
 TEST(QARPath, HasOneSpellingForEachName) {
   for (const auto* const locale : {"C", "ja_JP.SJIS", "ja_JP.eucJP", "vi_VN.CP1258"})
     in_environment({{"LC_ALL", locale}}, [&] {

@@ -1,4 +1,4 @@
-// What programs are compiled into: the slots of virtual operations, and the fields.
+// The layout that programs are compiled with: the slots of virtual operations, and the fields.
 
 #include <gtest/gtest.h>
 #include <opc/InputStream.hpp>
@@ -13,7 +13,7 @@
 namespace Korvane::qardatainterfaces {
 namespace {
 
-// A pointer to a virtual member holds one more than the place of its slot in the table, in bytes.
+// A pointer to a virtual member has the offset of its slot in the vtable, in bytes, plus one.
 template <class Member>
 std::size_t slot(Member member) {
   std::size_t place = 0;

@@ -29,7 +29,7 @@ enum class SurveyDepth {
   thinned    ///< a sixteenth of that, for sanitizers
 };
 
-/// A name for each code page that the library can be asked for.
+/// A name of each code page that the library has.
 std::vector<std::string> code_page_names();
 
 /// All code pages that ICU and the library offer, surveyed by two threads.

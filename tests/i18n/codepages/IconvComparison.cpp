@@ -18,7 +18,7 @@
 
 namespace {
 
-// The upper half, as Python 3.11's codec has it, which iconv has not.
+// The upper half of CP720 from Python 3.11's codec; iconv lacks the page.
 constexpr std::u16string_view cp720 =
     u"\x80"
     u"\x81"
@@ -145,7 +145,7 @@ private:
       const auto bytes = prefix + static_cast<char>(byte);
       const auto theirs = judge_.decode(bytes);
       const bool waits = !theirs && judge_.waits();
-      // Where all of Unicode has codes of up to four bytes, those that are left are tens of millions.
+      // If the page has all of Unicode in up to four bytes, there are tens of millions of unused codes.
       if (bytes.size() == 4 && reaches_all_ && !theirs) continue;
       const auto ours = ours_.decode(bytes);
       if (ours != theirs) {

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-/// A code page, compared with the C library's `iconv`, or with a table of Python's where that has none: every
-/// character of the planes that the page reaches, and every code.
+/// The comparison of a code page with the C library's `iconv`, or with a table of Python if `iconv` lacks the page.
+/// It covers every character of the planes that the page reaches, and every code.
 struct IconvComparison {
-  /// Something that the two do not have in common.
+  /// One kind of difference between the two.
   struct Difference {
     std::string what;
     std::string which;
@@ -24,17 +24,18 @@ struct IconvComparison {
   std::vector<std::string> faults;
 };
 
-/// All the names that a locale of the C library uses for its encoding, and those that people meet most.
+/// Compares all encoding names that locales of the C library use, and other common names.
 std::vector<IconvComparison> compare_with_iconv();
 
-/// What the comparison is made with, as the page tells it.
+/// The versions of the compared libraries, as written on the page.
 std::string versions();
 
-/// The reasons that a page of documentation gives for differences.
+/// The reasons for differences, read from the page of documentation.
 class Reasons {
 public:
   explicit Reasons(const std::string& page);
-  /// Of a row up to the reason. Where other versions are compared, the reason of a row that begins like it.
+  /// The reason in the row of this difference. If the page was made with other versions, a row with the same name and
+  /// kind of difference is enough.
   std::string find(const IconvComparison& comparison, const IconvComparison::Difference& difference) const;
   bool is_made_with_these_versions() const { return is_exact_; }
 

@@ -17,7 +17,7 @@ std::string read_file(const char* path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The page, with what stands between `<!-- table: NAME -->` and `<!-- end -->` replaced by the table of that name.
+// The page with new text between `<!-- table: NAME -->` and `<!-- end -->`: the table of that name.
 std::string fill(const std::string& page, const std::map<std::string, std::string>& tables) {
   std::istringstream lines(page);
   std::string filled;
@@ -36,9 +36,9 @@ std::string fill(const std::string& page, const std::map<std::string, std::strin
 
 }  // namespace
 
-// codepages PAGE     writes docs/codepages.md to standard output, with new tables and the reasons that PAGE gives
-// codepages thinned  only looks for faults of the converters, and at less
-// What is wrong goes to standard error.
+// codepages PAGE     writes docs/codepages.md to standard output, with new tables and the reasons from PAGE
+// codepages thinned  only checks the converters, with a sample
+// Errors go to standard error.
 int main(int count, char** arguments) {
   if (count != 2) return EXIT_FAILURE;
   const bool complete = arguments[1] != std::string_view("thinned");

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# codepages_test.sh CODEPAGES PAGE: every code point through every converter. Nothing is lost in silence, and what is
-# kept is what the page says, of the ICU that it is for.
+# codepages_test.sh CODEPAGES PAGE: checks every code point with every converter. Nothing may be lost silently, and the
+# tables must be those of the page, if it was made with the same version of ICU.
 set -euo pipefail
 described=$(mktemp)
 trap 'rm -f "$described"' EXIT

@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-/// A page that is compared, as locale names and files spell it.
+/// A code page to compare, by the name in locale names and files.
 struct ComparedPage {
   const char* name;
   const char* description;
@@ -99,18 +99,18 @@ constexpr ComparedPage compared_pages[] = {
     {"VISCII", "Vietnamese"},
 };
 
-/// What iconv calls it, if otherwise.
+/// The name that iconv uses.
 inline std::string_view iconv_name(std::string_view name) { return name == "KZ-1048" ? "RK1048" : name; }
 
 constexpr char16_t malformed = 0xFFFD;
 
-/// Somebody else's converter, strict. What it drops it does not have.
+/// A strict converter from another library. Characters that it drops count as lacking.
 class Judge {
 public:
   virtual ~Judge() = default;
   virtual std::optional<std::string> encode(char32_t code) = 0;
   virtual std::optional<std::u16string> decode(const std::string& bytes) = 0;
-  /// Of bytes that could not be decoded.
+  /// Whether the last bytes that could not be decoded are the start of a longer sequence.
   virtual bool waits() const = 0;
 };
 
@@ -164,7 +164,7 @@ private:
   int error_ = 0;
 };
 
-/// The library's converters. They are asked tolerantly: exceptions take their time.
+/// The library's converters. Tolerant ones are used, since exceptions are slow.
 class Ours {
 public:
   explicit Ours(const std::string& name) : encoder_(name, true), decoder_(name, true) {
@@ -183,7 +183,7 @@ public:
     return text;
   }
 
-  /// What stands for a character that the page lacks.
+  /// The substitute for a character that the page lacks.
   const std::string& substitute() const { return mark_; }
 
 private:

@@ -27,7 +27,7 @@ inline icu::UnicodeString composed(const std::u16string& text) {
   return icu::Normalizer2::getNFCInstance(status)->normalize(units, status);
 }
 
-/// Canonically: a letter with accents is equivalent to the letter and the accents.
+/// Whether two texts are canonically equivalent, like a letter with accents and the letter followed by the accents.
 inline bool are_equivalent(const std::u16string& one, const std::u16string& other) {
   return composed(one) == composed(other);
 }

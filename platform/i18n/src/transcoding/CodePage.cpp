@@ -10,7 +10,7 @@ const CodePage& CodePage::of(const Encoding& encoding) {
     std::mutex mutex;
     std::map<const Encoding*, CodePage> pages;
   };
-  static auto& registry = *new Registry;  // referred to until the very end of the program
+  static auto& registry = *new Registry;  // never destroyed: it may be used until the end of the program
   const std::lock_guard lock(registry.mutex);
   return registry.pages.try_emplace(&encoding, encoding).first->second;
 }

@@ -8,7 +8,7 @@
 namespace ku::i18n::detail {
 namespace {
 
-// The longest sequence of any code page. What ICU still takes for a prefix then is left to it.
+// The longest sequence of any code page. If ICU takes a sequence of this length for a prefix, ICU converts it.
 constexpr std::size_t most_bytes = 4;
 
 Entry character_entry(char32_t code) {
@@ -46,7 +46,7 @@ DecodeTable::Found DecodeTable::find(std::string_view text) const {
     if (entry == 0) entry = look_up(*node, text.substr(0, length));
     const bool is_prefix = entry < 0 && kind_of(entry) == Kind::prefix;
     if (!is_prefix || length == text.size()) return {entry, length};
-    node = const_cast<DecodeNode*>(&node->child(byte));  // one that `add_child` has made
+    node = const_cast<DecodeNode*>(&node->child(byte));  // not const: `add_child` has made it
   }
 }
 
@@ -81,14 +81,15 @@ Entry DecodeTable::ask(std::string_view sequence) const {
   return special_entry(Kind::dependent);
 }
 
-// If anything is thrown, the tree is as it was.
+// If this throws, the tree is unchanged.
 bool DecodeTable::add_child(DecodeNode& node, unsigned byte) const {
   if (nodes_ == most_nodes) return false;
   const auto* children = node.children.load(std::memory_order_relaxed);
   if (children == &DecodeNode::no_children) {
     auto added = std::make_unique<DecodeNode::Children>();
     for (auto& child : *added) child.store(&DecodeNode::none, std::memory_order_relaxed);
-    node.children.store(children = added.release(), std::memory_order_release);
+    children = added.release();
+    node.children.store(children, std::memory_order_release);
   }
   const_cast<DecodeNode::Children&>(*children)[byte].store(new DecodeNode, std::memory_order_release);
   ++nodes_;

@@ -10,9 +10,9 @@
 
 namespace ku::i18n::detail {
 
-/// What a code page says of byte sequences: asked of ICU once for each sequence, when a text first has it.
+/// The characters of a code page's byte sequences. ICU is asked once for each sequence, when a text first has it.
 ///
-/// Threads  May be used by any number of threads.
+/// Threads  Any number of threads may use it.
 class DecodeTable {
 public:
   explicit DecodeTable(const Encoding& encoding);
@@ -22,16 +22,16 @@ public:
 
   const DecodeNode& root() const noexcept { return root_; }
 
-  /// What the start of a text is.
+  /// The first sequence of a text.
   struct Found {
     Entry entry;         // never 0; a prefix if the text ends within the sequence
-    std::size_t length;  // of the sequence that the entry is for
+    std::size_t length;  // length of the sequence
   };
   /// Requires: `text` is not empty.
   Found find(std::string_view text) const;
 
 private:
-  /// So many nodes at most: GB18030 has 160,000, a KiB each. Sequences beyond are asked of ICU each time.
+  /// The largest number of nodes: GB18030 would have 160,000 of a KiB each. Sequences beyond it are converted by ICU.
   static constexpr unsigned most_nodes = 8192;
 
   Entry look_up(DecodeNode& node, std::string_view sequence) const;
@@ -40,7 +40,7 @@ private:
 
   const Encoding& encoding_;
   mutable DecodeNode root_;
-  mutable std::mutex mutex_;  // of what follows, and of adding to the tree
+  mutable std::mutex mutex_;  // for adding to the tree and for the members below
   mutable std::unique_ptr<IcuConverter> icu_;
   mutable unsigned nodes_ = 1;
 };

@@ -8,9 +8,9 @@
 
 namespace ku::i18n::detail {
 
-/// What a code page writes for each character: asked of ICU once for each, when a text first has it.
+/// The bytes of a code page's characters. ICU is asked once for each character, when a text first has it.
 ///
-/// Threads  May be used by any number of threads.
+/// Threads  Any number of threads may use it.
 class EncodeTable {
 public:
   explicit EncodeTable(const Encoding& encoding);
@@ -35,7 +35,7 @@ private:
 
   const Encoding& encoding_;
   mutable EncodeRows rows_;
-  mutable std::mutex mutex_;  // of what follows, and of adding to the rows
+  mutable std::mutex mutex_;  // for adding to the rows and for the members below
   mutable std::unique_ptr<IcuConverter> icu_;
   mutable std::uint32_t long_codes_ = 0;
 };

@@ -7,7 +7,7 @@
 
 namespace ku::i18n::detail {
 
-/// Decodes by ICU: encodings with states, signatures or algorithms of their own.
+/// Decodes by ICU: for stateful encodings and encodings with signatures or their own algorithms.
 class IcuDecoder final : public Decoder {
 public:
   IcuDecoder(std::unique_ptr<IcuConverter> icu, bool locates) : units_(std::move(icu), locates) {}

@@ -12,8 +12,8 @@ IcuEncoder::IcuEncoder(std::unique_ptr<IcuConverter> icu, Losses& losses) : icu_
 }
 
 char* IcuEncoder::encode(CharacterBlock& block, char* to, char* limit) {
-  // One character at a time if losses are located: what ICU substitutes then is that one, or one that it has held
-  // back.
+  // One character at a time if losses are located: a substitution then belongs to this character, or to one that ICU
+  // has held back.
   const std::size_t most = losses_.are_located() ? 1 : units_.size() / 2;
   while (!is_done_ || !block.is_empty()) {
     if (is_done_) take(block, most);

@@ -26,7 +26,7 @@ void IcuUnits::decode(const char* bytes, std::size_t count, bool last, std::uint
   for (std::size_t i = 0; i < count; ++i) decode_part(bytes + i, 1, last && i + 1 == count, offset + i + 1, block);
 }
 
-// `end` is the place behind the bytes in the whole input.
+// `end` is the offset of the end of the bytes in the whole input.
 void IcuUnits::decode_part(const char* bytes, std::size_t count, bool last, std::uint64_t end,
                            CharacterBlock& block) {
   malformed_.clear();

@@ -12,20 +12,20 @@
 
 namespace ku::i18n::detail {
 
-/// UTF-16 as a converter of ICU's delivers it, on its way into a block of characters.
+/// Converts the UTF-16 output of an ICU converter to a block of characters.
 class IcuUnits {
 public:
-  /// What one call may consume, so that `CharacterBlock::most_added` characters hold its result: no converter makes
-  /// more than two units of a byte, and few bytes are held back from one call to the next.
+  /// The most bytes that one call may consume. The result then fits in `CharacterBlock::most_added` characters, since
+  /// no converter makes more than two units of a byte, and few bytes are held back between calls.
   static constexpr std::size_t most_bytes = 512;
 
   /// `locates`: see `Decoder::make`.
   IcuUnits(std::unique_ptr<IcuConverter> icu, bool locates);
 
-  /// Decodes these bytes, at most `most_bytes`, which are at `offset` in the whole input. If it locates, byte by
-  /// byte: what ICU tells of places depends on where a text is cut.
+  /// Decodes at most `most_bytes` bytes, which are at `offset` in the whole input. If `locates`, it decodes byte by
+  /// byte, since the positions that ICU reports depend on how the text is split.
   void decode(const char* bytes, std::size_t count, bool last, std::uint64_t offset, CharacterBlock& block);
-  /// The start of a new text.
+  /// Begins a new text.
   void restart() noexcept;
   bool is_pending() const noexcept { return lead_ || icu_->decoding_pending() != 0; }
 
@@ -40,8 +40,8 @@ private:
 
   std::unique_ptr<IcuConverter> icu_;
   bool locates_;
-  std::optional<Lead> lead_;  // the first half of a pair, whose second half comes with the next bytes
-  std::uint64_t start_ = 0;   // of the bytes that have not become characters yet
+  std::optional<Lead> lead_;  // a high surrogate whose low surrogate comes with the next bytes
+  std::uint64_t start_ = 0;   // offset of the first byte that has not yet become a character
   std::vector<IcuConverter::Substitution> malformed_;
   std::array<char16_t, CharacterBlock::most_added> units_;
 };

@@ -9,7 +9,7 @@
 
 namespace ku::i18n::detail {
 
-/// What a conversion could not keep, and who wants to know.
+/// Records whether a conversion lost anything, and reports each loss to a listener, if there is one.
 class Losses {
 public:
   void report_to(std::function<void(const ConversionLoss&)> tell) { tell_ = std::move(tell); }
@@ -21,7 +21,7 @@ public:
     input_ = true;
     if (tell_) tell_({character.offset, character.length, U'\xFFFD', true});
   }
-  /// A U+FFFD that stands for malformed input has been told of already.
+  /// Does not report a U+FFFD that stands for malformed input, since that is already reported.
   void note_unmappable(const Character& character) {
     output_ = true;
     if (tell_ && !character.malformed) tell_({character.offset, character.length, character.code, false});

@@ -5,8 +5,9 @@
 
 namespace ku::i18n::detail {
 
-/// How many bytes go through the decoder and the encoder where the kernel has met something that it does not know:
-/// few as long as that is rare, since it is the slower way; many where the kernel would convert next to nothing.
+/// The number of bytes that decoder and encoder convert after the kernel has stopped. It is small while the kernel
+/// rarely stops, since decoder and encoder are slower. It is large while the kernel converts almost nothing between
+/// stops.
 class Pace {
 public:
   std::size_t run() const noexcept { return run_; }

@@ -48,7 +48,8 @@ std::unique_ptr<const Route> to_utf8(const Encoding& from) {
   const auto kernel = [&root, keeps_ascii](ByteCursor c) noexcept {
     return single_byte_to_utf8(c, root, keeps_ascii);
   };
-  return from.is_latin1() ? by(avx2::latin1_to_utf8, kernel) : by(kernel);
+  if (from.is_latin1()) return by(avx2::latin1_to_utf8, kernel);
+  return by(kernel);
 }
 
 std::unique_ptr<const Route> from_utf8(const Encoding& to) {

@@ -8,7 +8,7 @@ namespace ku::i18n::detail {
 
 class Encoding;
 
-/// The fast way between two encodings: a kernel and the tables that it reads.
+/// The fast conversion between two encodings: a kernel and the tables that it reads.
 ///
 /// Threads  Immutable; may be used by several threads.
 class Route {
@@ -17,8 +17,7 @@ public:
   static std::unique_ptr<const Route> between(const Encoding& from, const Encoding& to);
   virtual ~Route() = default;
 
-  /// Converts the start of a text up to the first character that the kernel does not know, or as long as there is
-  /// room.
+  /// Converts text until the first character that the kernel cannot convert, or until there is no more room.
   virtual ByteCursor convert(ByteCursor cursor) const noexcept = 0;
 };
 

@@ -7,7 +7,7 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Of an entry with up to three bytes of UTF-8.
+// The character of an entry, which has up to three bytes of UTF-8.
 char32_t code_of(Entry bytes) {
   char text[4];
   std::memcpy(text, &bytes, sizeof(text));
@@ -37,7 +37,7 @@ std::size_t TableDecoder::decode(const char* bytes, std::size_t count, bool last
   return at;
 }
 
-// Has ICU decode bytes until these are complete, and returns how many they were; 0 if more have to be seen.
+// Lets ICU decode bytes until a character is complete, and returns their number; 0 if more bytes are needed.
 std::size_t TableDecoder::ask(const char* bytes, std::size_t count, bool last, std::uint64_t offset,
                               CharacterBlock& block) {
   if (!icu_) icu_ = std::make_unique<IcuUnits>(page_.encoding.make_converter(true), true);

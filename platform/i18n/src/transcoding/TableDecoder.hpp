@@ -18,7 +18,7 @@ private:
   std::size_t ask(const char* bytes, std::size_t count, bool last, std::uint64_t offset, CharacterBlock& block);
 
   const CodePage& page_;
-  std::unique_ptr<IcuUnits> icu_;  // for sequences that no table has
+  std::unique_ptr<IcuUnits> icu_;  // created lazily, for sequences that depend on what follows
 };
 
 }  // namespace ku::i18n::detail

@@ -11,7 +11,7 @@ char* TableEncoder::encode(CharacterBlock& block, char* to, char* limit) {
   constexpr std::size_t most = 8;
   for (;;) {
     if (!is_between_characters()) to = encode_by_icu(block, to, limit);
-    if (!is_between_characters()) return to;  // for lack of characters, or of room
+    if (!is_between_characters()) return to;  // needs more characters or more room
     const Character* next = block.begin();
     bool is_dependent = false;
     for (; next != block.end() && static_cast<std::size_t>(limit - to) >= most; ++next) {
@@ -35,17 +35,17 @@ char* TableEncoder::finish(char* to, char* limit, bool& done) {
   return to;
 }
 
-// As many characters as ICU needs to know what to write.
+// Lets ICU encode characters until it holds none back, or has no more room or characters.
 char* TableEncoder::encode_by_icu(CharacterBlock& block, char* to, char* limit) {
   if (!icu_) icu_ = std::make_unique<IcuEncoder>(page_.encoding.make_converter(true), losses_);
-  do {
-    if (icu_->is_done() && block.is_empty()) break;
+  while (!icu_->is_done() || !block.is_empty()) {
     to = icu_->encode_one(block, to, limit);
-  } while (icu_->is_done() && !icu_->is_between_characters());
+    if (!icu_->is_done() || icu_->is_between_characters()) break;
+  }
   return to;
 }
 
-char* TableEncoder::put(Entry entry, char* to) const noexcept {
+inline char* TableEncoder::put(Entry entry, char* to) const noexcept {
   if (entry > 0) {
     std::memcpy(to, &entry, sizeof(entry));
     return to + length_of(entry);

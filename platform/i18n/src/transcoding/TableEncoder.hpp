@@ -21,7 +21,7 @@ private:
   const CodePage& page_;
   Losses& losses_;
   Entry substitute_;
-  std::unique_ptr<IcuEncoder> icu_;  // for characters that no table has
+  std::unique_ptr<IcuEncoder> icu_;  // created lazily, for characters that depend on what follows
 };
 
 }  // namespace ku::i18n::detail

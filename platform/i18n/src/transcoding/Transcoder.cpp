@@ -14,8 +14,8 @@ namespace ku::i18n {
 
 using namespace detail;
 
-/// The kernel of the route converts what it knows, runs of characters at a time. What it stops at goes, with a run of
-/// text behind it, through decoder and encoder, which know everything.
+/// The kernel of the route converts runs of characters. Where it stops, decoder and encoder, which can convert
+/// everything, convert a run of text; then the kernel continues.
 class Transcoder::Conversion {
 public:
   Conversion(const Encoding& from, const Encoding& to) : from_(from), to_(to), route_(Route::between(from, to)) {}
@@ -32,7 +32,7 @@ public:
   }
 
 private:
-  // What is needed only for what no kernel converts.
+  // Needed only for text that the kernel does not convert.
   struct Stages {
     Stages(const Encoding& from, const Encoding& to, Losses& losses)
         : decoder(Decoder::make(from, losses.are_located())), encoder(Encoder::make(to, losses)) {}
@@ -42,7 +42,7 @@ private:
     CharacterBlock block;
   };
 
-  // Whether nothing is left to do; otherwise there is no room.
+  // Returns whether the piece is finished; otherwise there is no more room.
   bool advance(ByteCursor& c, bool last) {
     const char* const start = c.from;
     for (;;) {
@@ -64,7 +64,7 @@ private:
     return !stages_ || (stages_->decoder->is_between_characters() && stages_->encoder->is_between_characters());
   }
 
-  // Whether all of it has been written.
+  // Returns whether the whole block has been written.
   bool write_block(ByteCursor& c) {
     c.to = stages_->encoder->encode(stages_->block, c.to, c.limit);
     if (!stages_->block.is_empty() || c.room() < least_room) return false;
@@ -72,7 +72,7 @@ private:
     return true;
   }
 
-  // Whether more of the input could be consumed.
+  // Returns whether any input was consumed.
   bool read_run(ByteCursor& c, bool last, std::uint64_t offset) {
     if (has_ended_) return false;
     const std::size_t run = route_ ? std::min(pace_.run(), c.left()) : c.left();
@@ -98,8 +98,8 @@ private:
   std::unique_ptr<const Route> route_;
   Pace pace_;
   std::unique_ptr<Stages> stages_;
-  std::uint64_t offset_ = 0;  // of the piece that is converted, in the whole input
-  bool has_ended_ = false;    // the decoder has consumed the last byte, and been told so
+  std::uint64_t offset_ = 0;  // offset of the current piece in the whole input
+  bool has_ended_ = false;    // whether the decoder has consumed the last byte of the text
 };
 
 Transcoder::Transcoder(const std::string& from, const std::string& to)

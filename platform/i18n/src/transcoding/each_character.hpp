@@ -7,8 +7,8 @@
 
 namespace ku::i18n::detail {
 
-/// Writes characters of the block by `write(character, to)`, which returns the place behind its bytes, as long as
-/// there is room for `most` bytes.
+/// Writes characters of the block by `write(character, to)`, which returns the end of its output, while there is room
+/// for `most` bytes.
 template <class Write>
 char* encode_each(CharacterBlock& block, char* to, char* limit, std::size_t most, Losses& losses, Write write) {
   const Character* next = block.begin();

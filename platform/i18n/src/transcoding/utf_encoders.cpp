@@ -7,8 +7,8 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Writes characters by `Form::put(code, to)`, which returns how many bytes it wrote, up to four. They have all but
-// lone surrogates, which become U+FFFD.
+// Writes characters by `Form::put(code, to)`, which returns the number of bytes written, up to four. Unpaired
+// surrogates become U+FFFD; UTF encodings have all other characters.
 template <class Form>
 class UtfEncoder final : public Encoder {
 public:

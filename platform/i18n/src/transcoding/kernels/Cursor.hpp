@@ -4,7 +4,7 @@
 
 namespace ku::i18n::detail {
 
-/// Where a conversion from bytes to bytes stands: what is left of its input, and of the room for its output.
+/// The position of a conversion from bytes to bytes: the rest of the input, and the room left for output.
 struct ByteCursor {
   const char* from;
   const char* end;
@@ -13,7 +13,7 @@ struct ByteCursor {
 
   std::size_t left() const noexcept { return static_cast<std::size_t>(end - from); }
   std::size_t room() const noexcept { return static_cast<std::size_t>(limit - to); }
-  /// The bytes that can be copied.
+  /// The number of bytes that can be copied.
   std::size_t both() const noexcept { return left() < room() ? left() : room(); }
   void advance(std::size_t bytes) noexcept {
     from += bytes;

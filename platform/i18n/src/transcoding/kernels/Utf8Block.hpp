@@ -10,14 +10,13 @@
 
 namespace ku::i18n::detail {
 
-/// 64 bytes of UTF-8, classified together. In the masks each byte has a bit, the first byte the lowest.
+/// 64 bytes of UTF-8, classified together. The masks have one bit for each byte; the lowest bit is the first byte.
 ///
-/// Invariant  the block need not begin at the start of a character where only its form is asked (`is_well_formed`);
-///            `decode` and `decode_pairs` may be asked if `is_simple`, which takes it to begin at one.
-/// Reads      `bytes_read`: two bytes past the block, in which a character of three bytes may end.
-/// Bits       two bytes 110yyyyy 10xxxxxx -> yyyyyxxxxxx; three 1110zzzz 10yyyyyy 10xxxxxx -> zzzzyyyyyyxxxxxx. Bytes
-/// are
-///            compared as signed numbers: continuations are those less than C0.
+/// Invariant  `is_well_formed` accepts a block that begins within a character. `is_simple`, `decode` and
+///            `decode_pairs` require one that begins with a character; the latter two also require `is_simple`.
+/// Reads      `bytes_read`: two bytes past the block, where a character of three bytes may end.
+/// Bits       two bytes 110yyyyy 10xxxxxx -> yyyyyxxxxxx; three 1110zzzz 10yyyyyy 10xxxxxx -> zzzzyyyyyyxxxxxx.
+///            Bytes are compared as signed numbers: continuations are those less than C0.
 class Utf8Block {
 public:
   static constexpr std::size_t size = 64;
@@ -40,8 +39,8 @@ public:
 
   bool is_ascii() const noexcept { return non_ascii_ == 0; }
 
-  /// Whether the text is well-formed if it begins with the continuations `due`; only then, and sets which ones are
-  /// due behind it.
+  /// Whether the block is well-formed if it begins with the continuations `due`. If so, sets `due` to the
+  /// continuations that must begin the next block.
   bool is_well_formed(std::uint64_t& due) const noexcept {
     const std::uint64_t quadruples = is_unusual_ ? find_quadruples() : 0;
     if (!has_form(quadruples, due)) return false;
@@ -50,6 +49,9 @@ public:
     return true;
   }
 
+  /// Of well-formed text: where characters of any length begin, be the last one cut.
+  std::uint64_t all_starts() const noexcept { return ~continuations_; }
+
   /// Whether the text, from the start of a character, has but characters of up to three bytes, or surrogates.
   bool is_simple() const noexcept { return !is_unusual_ && has_form(0, 0); }
   /// The same, without surrogates.
@@ -57,13 +59,13 @@ public:
   /// Whether no character has three bytes.
   bool has_pairs_at_most() const noexcept { return triples_ == 0; }
 
-  /// Of simple text: where the characters begin that are whole in it, and how long they are together.
+  /// For simple text: the starts of the characters that are complete in the block, and their total length.
   std::uint64_t starts() const noexcept { return ~continuations_ & ~cut(); }
   std::size_t length() const noexcept { return cut() == 0 ? size : first_bit(cut()); }
 
   using Codes = std::array<char16_t, size>;
 
-  /// Of simple text, the character that begins at each byte.
+  /// For simple text: the character that begins at each byte.
   Codes decode() const noexcept {
     Codes codes;
     for (std::size_t part = 0; part < parts; ++part) {
@@ -80,7 +82,7 @@ public:
     return codes;
   }
 
-  /// Of simple text that has pairs at most, the same.
+  /// The same for simple text without characters of three bytes.
   Codes decode_pairs() const noexcept {
     Codes codes;
     for (std::size_t part = 0; part < parts; ++part) {
@@ -98,7 +100,7 @@ private:
   static constexpr std::size_t parts = size / sizeof(__m128i);
 
   std::uint64_t leads() const noexcept { return non_ascii_ & ~continuations_; }
-  // The start of the character of up to three bytes that reaches out of the block.
+  // The start of the character of up to three bytes that continues after the block.
   std::uint64_t cut() const noexcept {
     constexpr std::uint64_t last = std::uint64_t{1} << 63;
     return (leads() & last) | (triples_ & last >> 1);
@@ -114,7 +116,8 @@ private:
     return quadruples;
   }
 
-  // No overlong forms, no surrogates, nothing beyond the last character; continuations go by their signed values.
+  // Whether there are no overlong forms, no surrogates and nothing beyond U+10FFFF. Continuations are compared as
+  // signed.
   bool has_valid_seconds() const noexcept {
     __m128i wrong = _mm_setzero_si128();
     for (std::size_t part = 0; part < parts; ++part) {
@@ -131,7 +134,7 @@ private:
     return _mm_movemask_epi8(wrong) == 0;
   }
 
-  // Of two or three bytes.
+  // Overlong forms of two or three bytes.
   static __m128i are_overlong(__m128i first, __m128i second) noexcept {
     return any(_mm_cmpeq_epi8(low_bits(first, 0xFE), all(0xC0)),
                both(_mm_cmpeq_epi8(first, all(0xE0)), _mm_cmplt_epi8(second, all(0xA0))));

@@ -11,7 +11,7 @@ namespace ku::i18n::detail {
 /// Block size of the ASCII scan, in bytes: one register.
 constexpr std::size_t ascii_block = 16;
 
-/// Copies the block at `from`, and tells which of its bytes are not ASCII, a bit each, the first byte lowest.
+/// Copies the block at `from`. Returns a mask of the bytes that are not ASCII; the lowest bit is the first byte.
 inline unsigned copy_block(const char* from, char* to) {
   const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
@@ -21,15 +21,16 @@ inline unsigned copy_block(const char* from, char* to) {
 /// Size of the window in which text with few characters beyond ASCII is converted: two blocks.
 constexpr std::size_t window_size = 2 * ascii_block;
 
-/// As `copy_block`, for a window.
+/// Like `copy_block`, for a window.
 inline std::uint32_t copy_window(const char* from, char* to) {
   return copy_block(from, to) | copy_block(from + ascii_block, to + ascii_block) << ascii_block;
 }
 
-/// The place of the lowest bit that is set, of the first such byte. Requires: there is one.
+/// The index of the lowest set bit, which is that of the first such byte. Requires: there is one.
 inline std::size_t first_bit(std::uint64_t bits) { return static_cast<std::size_t>(std::countr_zero(bits)); }
 
-/// Copies ASCII by four blocks at a time, and returns its length: at most `count`, and more may follow.
+/// Copies ASCII, four blocks at a time, and returns the number of bytes copied, at most `count`. More ASCII may
+/// follow.
 ///
 /// Invariant  everything before `at` is ASCII and has been copied.
 /// Reads      nothing past `count`.
@@ -53,7 +54,7 @@ inline std::size_t copy_long_ascii(const char* from, std::size_t count, char* to
   return at;
 }
 
-/// Whether three bytes in a row are not ASCII: that tells other scripts from Latin letters with accents.
+/// Whether three bytes in a row are not ASCII, as in other scripts but not in Latin text with accents.
 template <class Bits>
 bool are_dense(Bits non_ascii) {
   return (non_ascii & non_ascii >> 1 & non_ascii >> 2) != 0;

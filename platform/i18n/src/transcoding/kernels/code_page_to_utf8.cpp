@@ -7,8 +7,8 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Windows of 32 bytes of a single-byte code page. An entry that is not a character of up to three bytes of UTF-8
-// stops them: of a byte that has no character, or has not been looked up yet.
+// Converts windows of 32 bytes of a single-byte code page. Stops at an entry that is not a character of up to three
+// bytes of UTF-8: the byte has no character, or has not been looked up yet.
 class SingleByteWindows {
 public:
   static constexpr std::size_t most_read = 2 * window_size;
@@ -18,14 +18,13 @@ public:
 
   // A window with few characters beyond ASCII.
   //
-  // Invariant  the window has been copied as if all of it were ASCII; what stands before the lowest bit of
-  // `non_ascii`
+  // Invariant  the window has been copied as if all of it were ASCII; the output before the lowest bit of `non_ascii`
   //            is final.
-  // Reads      up to two windows: the text behind a character is copied again, by a whole window, to where it
-  // belongs. Writes     at most three bytes for each character, and a window behind the last one.
+  // Reads      up to two windows: after each character, a whole window is copied again to its new position.
+  // Writes     at most three bytes for each character, and a window after the last one.
   bool sparse(ByteCursor& c, std::uint32_t non_ascii) const noexcept {
     const char* const from = c.from;
-    char* to = c.to;  // of the window, moved on by what its characters have grown
+    char* to = c.to;  // the output of the window, advanced by the growth of its characters
     for (; non_ascii != 0; non_ascii &= non_ascii - 1) {
       const std::size_t at = first_bit(non_ascii);
       const Entry bytes = root_.entry(byte_at(from, at));
@@ -65,7 +64,7 @@ private:
   const DecodeNode& root_;
 };
 
-// The rest of a character of more than two bytes, or beyond U+FFFF. `entry` is that of its first two bytes, in
+// Converts a character of more than two bytes, or beyond U+FFFF. `entry` is the entry of its first two bytes, in
 // `node`.
 Step convert_long(const char* from, char* to, const DecodeNode* node, Entry entry) noexcept {
   std::size_t length = 2;

@@ -7,13 +7,13 @@
 
 namespace ku::i18n::detail {
 
-// Each converts the start of a text up to the first character that it does not know: malformed, cut off, not in the
-// tables, not looked up yet. They may also stop where little room is left: before the last 256 bytes of it. What they
-// write is final; bytes behind it, up to the limit, may be overwritten.
+// Each kernel converts text until the first character that it cannot convert: malformed, truncated, not in the
+// tables, or not looked up yet. It may also stop if fewer than 256 bytes of room are left. Its output is final; bytes
+// after it, up to the limit, may be overwritten.
 
 ByteCursor utf8_to_utf8(ByteCursor cursor) noexcept;
 
-/// `keeps_ascii`: the code page is a superset of ASCII, and the table has looked that up.
+/// `keeps_ascii`: whether the code page is a superset of ASCII.
 ByteCursor single_byte_to_utf8(ByteCursor cursor, const DecodeNode& root, bool keeps_ascii) noexcept;
 ByteCursor multi_byte_to_utf8(ByteCursor cursor, const DecodeNode& root, bool keeps_ascii) noexcept;
 ByteCursor utf8_to_code_page(ByteCursor cursor, const EncodeRows& rows, bool keeps_ascii) noexcept;

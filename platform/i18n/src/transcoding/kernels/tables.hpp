@@ -7,17 +7,16 @@
 
 namespace ku::i18n::detail {
 
-/// What a table knows of one byte sequence, or of one character. Entries are looked up when a text first needs them;
-/// the tables above this folder do that, the kernels only read.
+/// A table entry for one byte sequence or one character. The tables in the folder above look entries up when a text
+/// first needs them; kernels only read them.
 ///
-///     > 0    up to three bytes of the result, the first byte lowest, their number in the highest byte
+///     > 0    up to three bytes of the result, the first one lowest; their number in the highest byte
 ///     0      not looked up yet
-///     < 0    what the kernels leave to the decoder or the encoder: a kind in bits 24 to 30, a value in the lower
-///     ones
+///     < 0    special: a kind in bits 24 to 30, a value in bits 0 to 23
 using Entry = std::int32_t;
 
-/// Entries are stored once, or again with the same value. Relaxed loads do: an entry refers to nothing that would
-/// have to be visible before it, but for `Kind::long_code`, which is stored with release order.
+/// Entries are stored once, or again with the same value. They are stored with release order and loaded with acquire
+/// order, so that the long code that an entry refers to is visible.
 using AtomicEntry = std::atomic<Entry>;
 
 enum class Kind : std::uint8_t {
@@ -29,7 +28,7 @@ enum class Kind : std::uint8_t {
   long_code,   // more than three bytes: the value is their place in the list of long codes
   unmappable,  // the encoding lacks the character
   // both
-  dependent  // depends on what follows, or is more than one character: the converter library is asked each time
+  dependent  // depends on what follows, or is more than one character: ICU converts it each time
 };
 
 constexpr Entry special_entry(Kind kind, std::uint32_t value = 0) {
@@ -43,14 +42,14 @@ constexpr std::size_t length_of(Entry bytes) { return static_cast<std::uint32_t>
 struct DecodeNode {
   using Children = std::array<std::atomic<const DecodeNode*>, 256>;
 
-  /// Without entries, and what has no children: a kernel need not ask whether there are any.
+  /// A node without entries, and the children of a node that has none. They save the kernels a null check.
   /// @{
   static const DecodeNode none;
   static const Children no_children;
   /// @}
 
   std::array<AtomicEntry, 256> entries{};
-  /// For each entry that is a prefix, the entries behind it; `none` for the others.
+  /// For each entry that is a prefix, the node of the next byte; `none` for the others.
   std::atomic<const Children*> children{&no_children};
 
   Entry entry(unsigned byte) const noexcept { return entries[byte].load(std::memory_order_acquire); }
@@ -59,8 +58,8 @@ struct DecodeNode {
   }
 };
 
-/// From a character to bytes: rows for as many characters as UTF-8 has in two bytes. A row that has not been needed
-/// yet is `none`, whose entries are all unknown, so that nobody has to ask whether there is one.
+/// From a character to bytes: rows of 2048 characters, as many as UTF-8 encodes in up to two bytes. A row that has
+/// not been needed yet is `none`, whose entries are all 0. This saves a null check.
 struct EncodeRows {
   static constexpr unsigned row_size = 2048;
   static constexpr unsigned rows = 0x110000 / row_size;
@@ -77,7 +76,7 @@ struct EncodeRows {
     return row(code / row_size)[code % row_size].load(std::memory_order_acquire);
   }
 
-  /// Up to seven bytes, the first one lowest, and their number in the highest byte.
+  /// Up to seven bytes, the first one lowest; their number in the highest byte.
   std::uint64_t long_code(std::uint32_t place) const noexcept {
     return (*long_codes[place / long_codes_size].load(std::memory_order_acquire))[place % long_codes_size];
   }

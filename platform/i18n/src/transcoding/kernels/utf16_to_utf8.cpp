@@ -24,7 +24,7 @@ __m128i with_bits(__m128i units, int bits) noexcept {
   return _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(bits)));
 }
 
-// Units with any of these bits, all ones; units without, zero.
+// All ones for each unit that has any of these bits, else zero.
 __m128i having(__m128i units, int bits) noexcept {
   const __m128i none = _mm_cmpeq_epi16(with_bits(units, bits), _mm_setzero_si128());
   return _mm_xor_si128(none, _mm_set1_epi8(-1));
@@ -36,7 +36,7 @@ __m128i select(__m128i condition, __m128i yes, __m128i no) noexcept {
 
 // Converts eight units below U+0800, at least one of them beyond ASCII.
 //
-// Writes     up to two bytes for each; each is stored as two bytes, the next overwrites the one that is too many.
+// Writes     up to two bytes for each; each is stored as two bytes, and the next overwrites the extra one.
 // Bits       little endian: 00000yyyyyxxxxxx -> 10xxxxxx110yyyyy
 char* put_short(__m128i units, char* to) noexcept {
   const __m128i long_ones = having(units, 0x780);
@@ -54,15 +54,15 @@ char* put_short(__m128i units, char* to) noexcept {
   return to;
 }
 
-// Converts eight units that are no surrogates.
+// Converts eight units that are not surrogates.
 //
-// Writes     up to three bytes for each; each is stored as four bytes, the next overwrites those that are too many.
+// Writes     up to three bytes for each; each is stored as four bytes, and the next overwrites the extra ones.
 // Bits       little endian: zzzzyyyyyyxxxxxx -> 10xxxxxx10yyyyyy1110zzzz
 char* put_window(__m128i units, char* to) noexcept {
   const __m128i at_least_two = having(units, 0xFF80);
   const __m128i three = having(units, 0xF800);
-  // The lower 16 bits of each word: 10yyyyyy1110zzzz, 10xxxxxx110yyyyy or the unit itself; the upper ones: the third
-  // byte, and the length in the highest byte.
+  // Each word has 10yyyyyy1110zzzz, 10xxxxxx110yyyyy or the unit itself in its lower 16 bits. Its upper 16 bits have
+  // the third byte, and the length in the highest byte.
   const __m128i middle = _mm_slli_epi16(with_bits(units, 0xFC0), 2);
   const __m128i low_three =
       _mm_or_si128(_mm_or_si128(_mm_srli_epi16(units, 12), middle), _mm_set1_epi16(static_cast<short>(0x80E0)));
@@ -83,10 +83,10 @@ char* put_window(__m128i units, char* to) noexcept {
   return to;
 }
 
-// Converts one character, and returns whether it is one.
+// Converts one character. Returns false if it is malformed.
 //
 // Reads      four bytes.
-// Writes     four bytes in any case.
+// Writes     always four bytes.
 template <std::endian order>
 bool put_character(ByteCursor& c) noexcept {
   const char32_t unit = get_wide<char16_t, order>(c.from);
@@ -104,13 +104,13 @@ bool put_character(ByteCursor& c) noexcept {
 
 }  // namespace
 
-// Takes 16 units of ASCII at a time, or eight of any kind, together if there are no surrogates. To go up to the first
-// one beyond ASCII instead is slower, since nobody can predict where it is (Western text: 1.8 times the two stages of
-// ICU, by this 3).
+// Converts 16 units of ASCII at a time, or eight units of any kind, which go together if there are no surrogates.
+// Stopping at the first unit beyond ASCII instead is slower, since its position is unpredictable (Western text: 1.8
+// times as fast as the two stages of ICU; this way: 3 times).
 //
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
 // Reads      32 bytes, and a pair that begins in them; the loop ends before there are fewer.
-// Writes     up to 32 bytes: three bytes for each of eight units and one behind them, or four for each of eight
+// Writes     up to 32 bytes: three bytes for each of eight units and one after them, or four bytes for each of eight
 //            characters.
 template <std::endian order>
 [[gnu::flatten]] ByteCursor utf16_to_utf8(ByteCursor c) noexcept {

@@ -6,7 +6,7 @@
 
 namespace ku::i18n::detail {
 
-/// A character of well-formed UTF-8, and how many bytes it has there; none if the length is 0.
+/// A character of well-formed UTF-8 and its number of bytes; no character if the length is 0.
 struct Utf8Character {
   char32_t code = 0;
   std::size_t length = 0;
@@ -14,7 +14,7 @@ struct Utf8Character {
 
 inline bool is_continuation(char byte) { return (byte & 0xC0) == 0x80; }
 
-/// The character that text of four bytes or more begins with, if it has at most three bytes.
+/// The first character of a text, if it has at most three bytes. Requires: the text has four bytes or more.
 inline Utf8Character first_short_character(const char* from) {
   std::uint32_t bytes;
   std::memcpy(&bytes, from, sizeof(bytes));
@@ -25,7 +25,7 @@ inline Utf8Character first_short_character(const char* from) {
   return is_three ? Utf8Character{code, 3} : Utf8Character{};
 }
 
-/// The character that text of four bytes or more begins with, if it has four bytes.
+/// The first character of a text, if it has four bytes. Requires: the text has four bytes or more.
 inline Utf8Character first_long_character(const char* from) {
   std::uint32_t bytes;
   std::memcpy(&bytes, from, sizeof(bytes));
@@ -35,41 +35,50 @@ inline Utf8Character first_long_character(const char* from) {
   return is_four ? Utf8Character{code, 4} : Utf8Character{};
 }
 
-/// The character that text of four bytes or more begins with.
+/// The first character of a text. Requires: the text has four bytes or more.
 inline Utf8Character first_whole_character(const char* from) {
   const auto character = first_short_character(from);
   return character.length > 0 ? character : first_long_character(from);
 }
 
-/// The character that text of at least one byte begins with.
+/// The first character of a text. Requires: the text has at least one byte.
 inline Utf8Character first_character(const char* from, std::size_t count) {
-  char padded[4] = {};  // a zero is no continuation
-  if (count < 4) from = static_cast<const char*>(std::memcpy(padded, from, count));
-  return first_whole_character(from);
+  if (count >= 4) return first_whole_character(from);
+  char padded[4] = {};  // a zero is not a continuation
+  std::memcpy(padded, from, count);
+  return first_whole_character(padded);
 }
 
-/// The length of the malformed sequence that a text begins with, as the Unicode standard recommends: the longest
-/// start of a character, or one byte. It is the whole text if that ends within a character.
-/// Requires: `first_character` finds none, and `count` is not 0.
+/// The length of the malformed sequence at the start of a text, as the Unicode standard recommends: the longest
+/// prefix of a character, or one byte. It is the whole text if the text ends within a character. Requires:
+/// `first_character` finds none, and `count` is not 0.
 inline std::size_t malformed_utf8_length(const char* from, std::size_t count) {
   const auto first = static_cast<unsigned char>(from[0]);
   if (count < 2 || first < 0xC2 || first > 0xF4) return 1;
   const auto second = static_cast<unsigned char>(from[1]);
-  const unsigned least = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
-  const unsigned most = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+  unsigned least = 0x80, most = 0xBF;
+  switch (first) {
+    case 0xE0: least = 0xA0; break;
+    case 0xED: most = 0x9F; break;
+    case 0xF0: least = 0x90; break;
+    case 0xF4: most = 0x8F; break;
+    default: break;
+  }
   if (second < least || second > most) return 1;
   return count >= 3 && first >= 0xF0 && is_continuation(from[2]) ? 3 : 2;
 }
 
-/// Whether a text could be the start of a character: what is cut off, not what is wrong.
+/// Whether a text is an incomplete character, to which more bytes may be added.
 /// Requires: `malformed_utf8_length` says that all of it is malformed.
 inline bool is_cut_utf8(const char* from, std::size_t count) {
   const auto first = static_cast<unsigned char>(from[0]);
   if (first < 0xC2 || first > 0xF4) return false;
-  return count < (first < 0xE0 ? 2U : first < 0xF0 ? 3U : 4U);
+  if (first < 0xE0) return count < 2;
+  if (first < 0xF0) return count < 3;
+  return count < 4;
 }
 
-/// Writes a character, in up to four bytes, and returns how many. Four are written in any case.
+/// Encodes a character in up to four bytes and returns their number. Always writes four bytes.
 /// Requires: it is not a surrogate.
 inline std::size_t put_utf8(char32_t code, char* to) {
   std::uint32_t bytes = code;

@@ -6,7 +6,7 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Windows of UTF-8 whose characters have at most three bytes, and have entries.
+// Converts windows of UTF-8 whose characters have at most three bytes, and have entries.
 class Utf8Windows {
 public:
   static constexpr std::size_t most_read = Utf8Block::bytes_read + window_size;
@@ -16,14 +16,14 @@ public:
 
   // A window with few characters beyond ASCII.
   //
-  // Invariant  the window has been copied as if all of it were ASCII; what stands before the lowest bit of
-  // `non_ascii`
+  // Invariant  the window has been copied as if all of it were ASCII; the output before the lowest bit of `non_ascii`
   //            is final.
-  // Reads      up to a window behind the character that ends behind the window.
-  // Writes     at most three bytes for each character, and a window behind the last one.
+  // Reads      up to a window after the character that ends after the window.
+  // Writes     at most three bytes for each character, and a window after the last one.
   bool sparse(ByteCursor& c, std::uint64_t non_ascii) const noexcept {
     const char* const from = c.from;
-    std::size_t grown = 0;  // by how much the output is longer than the input; wraps where it is shorter
+    std::ptrdiff_t growth = 0;  // the length of the output minus that of the input, which may be negative
+    const auto output_at = [&](std::size_t at) { return c.to + (static_cast<std::ptrdiff_t>(at) + growth); };
     std::size_t end = window_size;
     while (non_ascii != 0) {
       const std::size_t at = first_bit(non_ascii);
@@ -31,21 +31,21 @@ public:
       const Entry bytes = length == 0 ? 0 : rows_.entry(code);
       if (bytes <= 0) {
         c.from = from + at;
-        c.to += at + grown;
+        c.to = output_at(at);
         return false;
       }
-      std::memcpy(c.to + (at + grown), &bytes, sizeof(bytes));
-      grown += length_of(bytes) - length;
-      copy_window(from + at + length, c.to + (at + length + grown));
+      std::memcpy(output_at(at), &bytes, sizeof(bytes));
+      growth += static_cast<std::ptrdiff_t>(length_of(bytes)) - static_cast<std::ptrdiff_t>(length);
+      copy_window(from + at + length, output_at(at + length));
       non_ascii &= ~std::uint64_t{0} << (at + length);
       end = std::max(end, at + length);
     }
     c.from = from + end;
-    c.to += end + grown;
+    c.to = output_at(end);
     return true;
   }
 
-  // A block of another script, almost without a branch.
+  // A block of another script, with few branches.
   bool dense(ByteCursor& c) const noexcept {
     const Utf8Block block(c.from);
     if (!block.is_simple()) return false;
@@ -56,10 +56,11 @@ public:
   }
 
 private:
-  // The characters that begin in the block.
+  // Writes the characters that begin in the block.
   //
-  // Invariant  `codes` has the character that begins at each byte; those before the lowest bit of `starts` are
-  // written. Writes     at most three bytes for each, and one byte behind the last one.
+  // Invariant  `codes` has the character that begins at each byte; those before the lowest bit of `starts` have been
+  //            written.
+  // Writes     at most three bytes for each, and one byte after the last one.
   template <class EntryOf>
   static bool put_characters(ByteCursor& c, const Utf8Block& block, const Utf8Block::Codes& codes,
                              EntryOf entry_of) noexcept {

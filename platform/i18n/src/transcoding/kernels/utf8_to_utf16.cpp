@@ -6,7 +6,7 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Widens a block as if all of it were ASCII, and tells which of its bytes are not, a bit each.
+// Widens a block as if all of it were ASCII. Returns a mask of the bytes that are not ASCII.
 //
 // Reads      a block.
 // Writes     two bytes for each of its bytes.
@@ -21,7 +21,7 @@ unsigned widen_block(const char* from, char* to) noexcept {
   return static_cast<unsigned>(_mm_movemask_epi8(bytes));
 }
 
-// Converts one character, and returns whether it is one.
+// Converts one character. Returns false if it is malformed.
 //
 // Reads      four bytes.
 // Writes     up to four bytes.
@@ -41,10 +41,10 @@ bool put_character(ByteCursor& c) noexcept {
   return true;
 }
 
-// Converts the characters of a block that begin in it, if none of them has four bytes or is malformed.
+// Converts the characters that begin in a block. Returns false if one of them has four bytes or is malformed.
 //
 // Invariant  `codes` has the character that begins at each byte; those before the lowest bit of `starts` are written.
-// Writes     two bytes a character.
+// Writes     two bytes for each character.
 template <std::endian order>
 bool put_block(ByteCursor& c) noexcept {
   const Utf8Block block(c.from);
@@ -62,11 +62,11 @@ bool put_block(ByteCursor& c) noexcept {
 
 }  // namespace
 
-// Takes 16 bytes at a time if there are few characters beyond ASCII, 64 bytes if there are many.
+// Converts 16 bytes at a time if there are few characters beyond ASCII, or 64 bytes if there are many.
 //
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
-// Reads      a block of either size and what it needs behind it; the loop ends before there are fewer.
-// Writes     two bytes a byte at most; likewise.
+// Reads      a block of either size and the bytes after it that it needs; the loop ends before there are fewer.
+// Writes     at most two bytes for each byte read; the loop ends before there is less room.
 template <std::endian order>
 [[gnu::flatten]] ByteCursor utf8_to_utf16(ByteCursor c) noexcept {
   while (c.left() >= Utf8Block::bytes_read + 2 && c.room() >= 2 * Utf8Block::size + 4) {

@@ -18,7 +18,7 @@ constexpr char16_t trail_of(char32_t code) { return static_cast<char16_t>(0xDC00
 constexpr char16_t swapped(char16_t unit) { return static_cast<char16_t>(unit << 8 | unit >> 8); }
 constexpr char32_t swapped(char32_t code) { return __builtin_bswap32(code); }
 
-/// A unit of UTF-16 or UTF-32, from or to bytes of that order.
+/// Reads or writes a unit of UTF-16 or UTF-32 in this byte order.
 /// @{
 template <class Unit, std::endian order>
 Unit get_wide(const char* from) noexcept {

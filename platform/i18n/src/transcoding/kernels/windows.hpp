@@ -14,20 +14,20 @@ namespace ku::i18n::detail {
 
 static_assert(std::endian::native == std::endian::little);  // entries are stored with their first byte lowest
 
-/// Appends the bytes of an entry. All four bytes are written; the next character overwrites those that are too many.
+/// Appends the bytes of an entry. Always writes four bytes; the next character overwrites the extra ones.
 inline void put(ByteCursor& c, Entry bytes) {
   std::memcpy(c.to, &bytes, sizeof(bytes));
   c.to += length_of(bytes);
 }
 
-// Converts the body of a text by windows, each in one of three ways: ASCII is copied, a window with single characters
-// beyond ASCII is copied whole and these are then replaced (`sparse`), a window of another script is converted
+// Converts a text by windows, in one of three ways. ASCII is copied. A window with a few characters beyond ASCII is
+// copied as a whole, and then these characters are converted (`sparse`). A window of another script is converted
 // character by character (`dense`).
 //
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
 // Reads      `Kernel::most_read` bytes; the loop ends before there are fewer.
-// Writes     `Kernel::most_written` bytes; likewise.
-// Stops      where `sparse` or `dense` returns false: in front of a character that the kernel does not know.
+// Writes     `Kernel::most_written` bytes; the loop ends before there is less room.
+// Stops      if `sparse` or `dense` returns false: before a character that the kernel cannot convert.
 template <class Kernel>
 ByteCursor convert_windows(ByteCursor c, bool keeps_ascii, const Kernel& kernel) {
   for (bool known = true; known && c.left() >= Kernel::most_read && c.room() >= Kernel::most_written;) {
@@ -44,30 +44,31 @@ ByteCursor convert_windows(ByteCursor c, bool keeps_ascii, const Kernel& kernel)
   return c;
 }
 
-/// What a step of one character has read and written; nothing if it does not know the character. By value, so that
-/// the cursor stays in registers.
+/// The number of bytes that one step, of one character, has read and written; 0 if it cannot convert the character.
+/// It is returned by value, so that the cursor stays in registers.
 struct Step {
   std::size_t read = 0;
   std::size_t written = 0;
 };
 
-/// The most that a step reads of its input: a character of up to four bytes, and the byte behind it.
+/// The most bytes that a step reads: a character of up to four bytes, and the byte after it.
 constexpr std::size_t lookahead = 5;
-/// The most that it writes of its output.
+/// The most bytes that a step writes.
 constexpr std::size_t most_step_output = 8;
 static_assert(lookahead <= most_step_output);
 
-/// Writes the bytes of an entry. All four bytes are written; the next character overwrites those that are too many.
+/// Writes the bytes of an entry. Always writes four bytes; the next character overwrites the extra ones.
 inline Step put_entry(std::size_t read, Entry bytes, char* to) {
   std::memcpy(to, &bytes, sizeof(bytes));
   return {read, length_of(bytes)};
 }
 
-// Converts by steps of one character, runs of ASCII by blocks between them. `step(from, to)` converts one character.
+// Converts character by character, and runs of ASCII between them by blocks. `step_of(from, to)` converts one
+// character.
 //
-// Invariant  as above.
-// Reads      `lookahead` bytes: the loop ends before there are fewer.
-// Writes     `most_step_output` bytes, likewise.
+// Invariant  `c.from` is at the start of a character; everything before it has been written.
+// Reads      `lookahead` bytes; the loop ends before there are fewer.
+// Writes     `most_step_output` bytes; the loop ends before there is less room.
 template <class StepOf>
 ByteCursor convert_by_steps_inside(ByteCursor c, bool keeps_ascii, StepOf step_of) {
   while (c.left() >= lookahead && c.room() >= most_step_output) {
@@ -80,7 +81,7 @@ ByteCursor convert_by_steps_inside(ByteCursor c, bool keeps_ascii, StepOf step_o
       }
     }
     if (c.left() < lookahead || c.room() < most_step_output) break;  // after ASCII
-    // So many steps need no look at the ends.
+    // So many steps stay within input and room without further checks.
     for (auto steps = std::max<std::size_t>(std::min(c.left(), c.room()) / most_step_output, 1); steps > 0; --steps) {
       const Step step = step_of(c.from, c.to);
       if (step.read == 0) return c;
@@ -92,8 +93,8 @@ ByteCursor convert_by_steps_inside(ByteCursor c, bool keeps_ascii, StepOf step_o
   return c;
 }
 
-/// The same up to the very end: the last bytes are converted from a copy, with zeros behind them. A zero is a
-/// character of its own and no part of another.
+/// The same up to the end of the text: the last bytes are converted from a copy that is padded with zeros. A zero is
+/// a character of its own and never part of another one.
 template <class StepOf>
 ByteCursor convert_by_steps(ByteCursor c, bool keeps_ascii, StepOf step_of) {
   c = convert_by_steps_inside(c, keeps_ascii, step_of);

@@ -19,7 +19,7 @@ inline bool is_ascii(const char* from) noexcept {
   return _mm256_movemask_epi8(_mm256_or_si256(_mm256_loadu_si256(bytes), _mm256_loadu_si256(bytes + 1))) == 0;
 }
 
-/// Of 64 bytes, a bit for each that is zero.
+/// A mask of the 64 bytes with a bit for each that is zero.
 inline std::uint64_t zeros(const char* from) noexcept {
   const auto mask = [](__m256i bytes) {
     return std::uint64_t{
@@ -29,7 +29,7 @@ inline std::uint64_t zeros(const char* from) noexcept {
   return mask(_mm256_loadu_si256(bytes)) | mask(_mm256_loadu_si256(bytes + 1)) << 32;
 }
 
-/// Of 64 bytes, writes those whose bit is set, and returns the place behind them.
+/// Writes those of 64 bytes whose bit is set, and returns the end of the output.
 inline char* put_kept(const char* from, std::uint64_t kept, char* to) noexcept {
 #pragma GCC unroll 8
   for (std::size_t at = 0; at < 64; at += 8) {
@@ -42,7 +42,7 @@ inline char* put_kept(const char* from, std::uint64_t kept, char* to) noexcept {
   return to;
 }
 
-/// 64 bytes of UTF-8, classified together. In the masks each byte has a bit, the first byte the lowest.
+/// 64 bytes of UTF-8, classified together. The masks have one bit for each byte; the lowest bit is the first byte.
 ///
 /// Reads      `bytes_read`: the last bytes of a character that begins in the block.
 /// Bits       0xxxxxxx; 110yyyyy 10xxxxxx; 1110zzzz 10yyyyyy 10xxxxxx; 11110www 10zzzzzz 10yyyyyy 10xxxxxx
@@ -50,7 +50,7 @@ class Utf8Block {
 public:
   static constexpr std::size_t size = 64;
   static constexpr std::size_t bytes_read = size + 3;
-  /// What `decode` may overwrite behind `to`.
+  /// The number of bytes at `to` that `decode` may overwrite.
   static constexpr std::size_t bytes_written = 2 * size + sizeof(__m128i);
 
   explicit Utf8Block(const char* from) noexcept : from_(from) {
@@ -69,17 +69,18 @@ public:
     }
   }
 
-  /// Whether the text is well-formed, be its last character cut, if it begins with the continuations `due`.
+  /// Whether the block is well-formed if it begins with the continuations `due`. Its last character may be
+  /// incomplete.
   bool is_well_formed(std::uint64_t due = 0) const noexcept {
     return (leads_ << 1 | triples_ << 2 | quadruples_ << 3 | due) == (non_ascii_ & ~leads_) &&
            !(triples_ == 0 ? has_overlong_pairs() : has_wrong_seconds());
   }
   /// Whether no character has four bytes.
   bool has_triples_at_most() const noexcept { return quadruples_ == 0; }
-  /// Of well-formed text: the continuations of its last character that are due in the next block.
+  /// For well-formed text: the continuations of its last character that must begin the next block.
   std::uint64_t due() const noexcept { return leads_ >> 63 | triples_ >> 62 | quadruples_ >> 61; }
 
-  /// Of well-formed text from the start of a character: the length of the characters that are whole in it.
+  /// For well-formed text that begins with a character: the length of its complete characters.
   std::size_t length() const noexcept { return first_bit(cut()); }
 
   /// The block itself.
@@ -87,11 +88,11 @@ public:
     for (std::size_t part = 0; part < parts; ++part)
       _mm256_storeu_si256(reinterpret_cast<__m256i*>(to + part * sizeof(__m256i)), load(part, 0));
   }
-  /// Where these characters begin, and those of them that are not ASCII.
+  /// The starts of these characters, and of those that are not ASCII.
   std::uint64_t starts() const noexcept { return (~non_ascii_ | leads_) & (cut() - 1); }
   std::uint64_t leads() const noexcept { return leads_ & (cut() - 1); }
 
-  /// The unit of each byte, if a character begins there. Requires: `has_triples_at_most`.
+  /// The unit of the character that begins at each byte. Requires: `has_triples_at_most`.
   void decode_in_place(char16_t* to) const noexcept {
     for (std::size_t at = 0; at < size; at += 16) {
       const __m256i units = triples_ == 0 ? decode_each<2>(from_ + at) : decode_each<3>(from_ + at);
@@ -99,14 +100,14 @@ public:
     }
   }
 
-  /// Writes these characters in UTF-16, and returns the place behind the last one.
+  /// Writes these characters in UTF-16, and returns the end of the output.
   template <std::endian order>
   char* decode(char* to) const noexcept {
     if (triples_ == 0) return decode_up_to<2, order>(to);
     return quadruples_ == 0 ? decode_up_to<3, order>(to) : decode_up_to<4, order>(to);
   }
 
-  /// The same of ASCII.
+  /// The same for ASCII.
   template <std::endian order>
   static void widen_ascii(const char* from, char* to) noexcept {
     for (std::size_t at = 0; at < size; at += 16)
@@ -116,15 +117,14 @@ public:
 private:
   static constexpr std::size_t parts = size / sizeof(__m256i);
 
-  // The start of the character that reaches out of the block, if there is one.
+  // The start of the character that continues after the block, if there is one.
   std::uint64_t cut() const noexcept {
     return (leads_ & ~std::uint64_t{0} << 63) | (triples_ & ~std::uint64_t{0} << 62) |
            (quadruples_ & ~std::uint64_t{0} << 61);
   }
 
-  // Invariant  each byte has a unit of its own: its character, if that begins there. A character beyond U+FFFF has
-  // its
-  //            lead there and its trail at its third byte. What nobody needs is dropped as the units are written.
+  // Invariant  each byte has a unit: the character that begins there. A character beyond U+FFFF has its lead there
+  //            and its trail at its third byte. The units of other bytes are dropped when units are written.
   template <unsigned most_bytes, std::endian order>
   char* decode_up_to(char* to) const noexcept {
     const std::uint64_t kept = (~non_ascii_ | leads_ | quadruples_ << 2) & (cut() - 1);
@@ -183,7 +183,7 @@ private:
     return _mm256_testz_si256(wrong, wrong) == 0;
   }
 
-  // Seconds that make a sequence overlong, a surrogate or too large; bytes that never begin one.
+  // Second bytes that make a sequence overlong, a surrogate or too large, and bytes that never begin a sequence.
   static __m256i wrong_seconds(__m256i first, __m256i second) noexcept {
     enum : char { overlong2 = 1, overlong3 = 2, surrogate = 4, overlong4 = 8, beyond = 16, beyond_all = 32 };
     const __m256i by_first_high = table(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, overlong2, 0, overlong3 | surrogate,
@@ -221,7 +221,7 @@ private:
   static __m256i any(__m256i one, __m256i other) noexcept { return _mm256_or_si256(one, other); }
   static __m256i bits(__m256i units, unsigned which) noexcept { return _mm256_and_si256(units, all(which)); }
   static __m256i shifted(__m256i units, int by) noexcept { return _mm256_slli_epi16(units, by); }
-  // By the first byte, extended by its sign; of ASCII, any.
+  // Selects by the first byte, which is sign-extended. For ASCII the result is arbitrary.
   static __m256i select(__m256i below, __m256i at_least, __m256i first, unsigned least) noexcept {
     return _mm256_blendv_epi8(below, at_least, _mm256_cmpgt_epi16(first, all(0xFF00 + least - 1)));
   }

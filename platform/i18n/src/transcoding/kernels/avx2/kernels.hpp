@@ -7,12 +7,12 @@
 
 namespace ku::i18n::detail {
 
-/// Whether the processor has what these kernels need: AVX2, and the bit operations that came with it.
+/// Whether the processor has AVX2 and the bit operations that these kernels need.
 bool has_avx2() noexcept;
 
-/// Kernels that go by whole registers of 32 bytes and move bytes by shuffles. Each converts the start of a text, and
-/// leaves the rest to the kernel for every processor: what it does not know, and the last bytes of the text or the
-/// room.
+/// Kernels that use registers of 32 bytes and move bytes by shuffles. Each converts the start of a text and leaves
+/// the rest to the kernel for all processors: characters that it cannot convert, and the last bytes of the text or
+/// the room.
 namespace avx2 {
 
 ByteCursor utf8_to_utf8(ByteCursor cursor) noexcept;

@@ -5,11 +5,11 @@
 KU_AVX2_BEGIN
 namespace ku::i18n::detail::avx2 {
 
-// ISO 8859-1, whose bytes are the characters themselves: 32 bytes of ASCII at a time, or 16 of any kind.
+// Converts ISO 8859-1, whose bytes are the code points: 32 bytes of ASCII at a time, or 16 bytes of any kind.
 //
 // Invariant  everything before `c.from` has been written.
 // Reads      32 bytes; the loop ends before there are fewer.
-// Writes     `most_written` bytes; likewise.
+// Writes     `most_written` bytes; the loop ends before there is less room.
 ByteCursor latin1_to_utf8(ByteCursor c) noexcept {
   while (c.left() >= sizeof(__m256i) && c.room() >= most_written) {
     const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(c.from));

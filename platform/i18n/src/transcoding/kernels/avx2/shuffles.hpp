@@ -19,8 +19,8 @@ constexpr Shuffles make_shuffles(Keeps keeps) {
     auto& from = result[mask].from;
     from.fill(0x80);
     std::size_t next = 0;
-    for (std::uint8_t byte = 0; byte < from.size(); ++byte)
-      if (keeps(mask, byte)) from[next++] = byte;
+    for (unsigned byte = 0; byte < from.size(); ++byte)
+      if (keeps(mask, byte)) from[next++] = static_cast<std::uint8_t>(byte);
   }
   return result;
 }

@@ -1,9 +1,8 @@
 #pragma once
 
-// What stands between these two is compiled for processors for which `has_avx2`, whatever the rest of the library is
-// compiled for.
-// Includes stay outside: an inline function of theirs must not be compiled like that, since the linker may take this
-// copy for the whole library.
+// The code between these two macros is compiled for processors with `has_avx2`, regardless of the rest of the
+// library. Includes must stay outside: the linker might use an inline function that is compiled for AVX2 in the whole
+// library.
 #ifdef __clang__
 #define KU_AVX2_BEGIN \
   _Pragma("clang attribute push(__attribute__((target(\"avx2,bmi,bmi2,popcnt\"))), apply_to = function)")

@@ -27,10 +27,11 @@ inline char* put_shuffled(__m128i words, const Shuffles& shuffles, unsigned mask
   return to + least + static_cast<unsigned>(std::popcount(mask));
 }
 
-/// What `put_short` and `put_units` may overwrite behind `to`: three bytes for each unit, and a register behind them.
+/// The number of bytes at `to` that `put_short` and `put_units` may overwrite: three bytes for each unit, and a
+/// register after them.
 constexpr std::size_t most_written = 3 * 16 + 16;
 
-/// Writes 16 units below U+0800, and returns the place behind them.
+/// Writes 16 units below U+0800, and returns the end of the output.
 ///
 /// Bits       00000yyyyyxxxxxx -> 110yyyyy 10xxxxxx, little endian
 inline char* put_short(__m256i units, char* to) noexcept {
@@ -43,8 +44,8 @@ inline char* put_short(__m256i units, char* to) noexcept {
   return put_shuffled(_mm256_extracti128_si256(words, 1), one_or_two_bytes, mask >> 8, 8, to);
 }
 
-/// Of 16 units that have no lone surrogates: writes them, and returns the place behind them. A pair of surrogates
-/// becomes two bytes and two bytes.
+/// Writes 16 units without unpaired surrogates, and returns the end of the output. Each surrogate of a pair becomes
+/// two bytes.
 ///
 /// Bits       zzzzyyyyyyxxxxxx -> 1110zzzz 10yyyyyy 10xxxxxx, little endian
 ///            110110wwwwzzzzyy -> 11110www 10wwzzzz with 1 added to wwww; 110111yyyyxxxxxx -> 10yyyyyy 10xxxxxx

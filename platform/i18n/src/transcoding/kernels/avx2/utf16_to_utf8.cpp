@@ -14,11 +14,11 @@ __m256i load_units(const char* from) noexcept {
 
 }  // namespace
 
-// Takes 32 units of ASCII at a time, or 16 of any kind; 15 if a pair of surrogates reaches out of them.
+// Converts 32 units of ASCII at a time, or 16 units of any kind; 15 if a surrogate pair continues after them.
 //
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
 // Reads      64 bytes; the loop ends before there are fewer.
-// Writes     `most_written` bytes; likewise.
+// Writes     `most_written` bytes; the loop ends before there is less room.
 template <std::endian order>
 ByteCursor utf16_to_utf8(ByteCursor c) noexcept {
   constexpr std::size_t register_bytes = sizeof(__m256i);
@@ -43,7 +43,7 @@ ByteCursor utf16_to_utf8(ByteCursor c) noexcept {
       c.from += register_bytes;
       continue;
     }
-    // Two bits a unit: each lead has to be followed by a trail, but for one at the end, which is left.
+    // Two bits for each unit: a trail must follow each lead, except a lead at the end, which is not converted yet.
     const __m256i is_trail = _mm256_cmpeq_epi16(with_bits(units, 0xFC00), all_units(0xDC00));
     const auto trails = static_cast<std::uint32_t>(_mm256_movemask_epi8(is_trail));
     const auto leads = static_cast<std::uint32_t>(_mm256_movemask_epi8(surrogates)) & ~trails;

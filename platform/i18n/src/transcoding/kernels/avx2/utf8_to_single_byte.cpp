@@ -17,8 +17,8 @@ char byte_of(char16_t unit, const Bytes& bytes) noexcept {
 
 // Looks up every character of a block.
 //
-// Writes     a block in any case.
-// Returns    the place behind the last byte; null if any of them is zero, be it for lack of an entry or not.
+// Writes     always a block.
+// Returns    the end of the output; null if any byte is zero, either a missing entry or a character.
 char* convert_dense(const Utf8Block& block, const Bytes& bytes, char* to) noexcept {
   constexpr std::size_t step = 8;
   static_assert(Utf8Block::size % step == 0);
@@ -32,11 +32,11 @@ char* convert_dense(const Utf8Block& block, const Bytes& bytes, char* to) noexce
   return zeros(to) << (Utf8Block::size - count) == 0 ? to + count : nullptr;
 }
 
-// Looks up the characters of a block that are not ASCII. The byte of each replaces its first one, and the others are
-// dropped.
+// Looks up the characters of a block that are not ASCII. The byte of each character replaces its first byte of UTF-8,
+// and its other bytes are dropped.
 //
-// Writes     a block in any case.
-// Returns    the place behind the last byte; null if any of these characters has no entry.
+// Writes     always a block.
+// Returns    the end of the output; null if any of these characters has no entry.
 char* convert_sparse(const Utf8Block& block, const Bytes& bytes, char* to) noexcept {
   alignas(32) std::array<char16_t, Utf8Block::size> units;
   alignas(32) std::array<char, Utf8Block::size> copy;
@@ -51,11 +51,11 @@ char* convert_sparse(const Utf8Block& block, const Bytes& bytes, char* to) noexc
 
 }  // namespace
 
-// Takes a block at a time: ASCII, text with few characters beyond ASCII, or text with many.
+// Converts a block at a time: ASCII, text with few characters beyond ASCII, or text with many.
 //
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
-// Reads      a block and what it needs behind it; the loop ends before there are fewer.
-// Writes     a block; likewise.
+// Reads      a block and the bytes after it that it needs; the loop ends before there are fewer.
+// Writes     a block; the loop ends before there is less room.
 // Stops      at a block with a character that has no entry.
 ByteCursor utf8_to_single_byte(ByteCursor c, const EncodeRows& rows) noexcept {
   constexpr int few = 16;  // then both ways take about as long

@@ -6,8 +6,8 @@ KU_AVX2_BEGIN
 namespace ku::i18n::detail::avx2 {
 
 // Invariant  `c.from` is at the start of a character; everything before it has been written.
-// Reads      a block and what it needs behind it; the loop ends before there are fewer.
-// Writes     two bytes a byte at most; likewise.
+// Reads      a block and the bytes after it that it needs; the loop ends before there are fewer.
+// Writes     at most two bytes for each byte read; the loop ends before there is less room.
 template <std::endian order>
 ByteCursor utf8_to_utf16(ByteCursor c) noexcept {
   while (c.left() >= Utf8Block::bytes_read && c.room() >= Utf8Block::bytes_written) {

@@ -10,11 +10,12 @@ KU_AVX2_BEGIN
 namespace ku::i18n::detail::avx2 {
 namespace {
 
-// The length of the well-formed blocks that a text begins with, but for a character that reaches out of the last one.
+// The length of the well-formed blocks at the start of a text, without a character that continues after the last one.
 //
-// Invariant  everything before `at` is well-formed but for its last character, of which the continuations `due`, bits
-//            of the block, are missing. That a block begins anywhere lets the processor work on several.
-// Reads      a block and what it needs behind it; the loop ends before there are fewer.
+// Invariant  everything before `at` is well-formed, except that its last character may be incomplete; `due` has the
+//            bits of the missing continuations. Since a block may begin within a character, blocks do not depend on
+//            each other's lengths, and the processor works on several of them at once.
+// Reads      a block and the bytes after it that it needs; the loop ends before there are fewer.
 std::size_t length_of_valid_blocks(const char* from, std::size_t count) noexcept {
   std::size_t at = 0;
   std::uint64_t due = 0;
