@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """Changes one place of the library at a time, and tells which changes the tests do not notice.
 
 usage: mutate.py COPY [FILE...]     COPY is a copy of the tree, whose sources are overwritten, configured in COPY/build;

@@ -202,7 +202,9 @@ class Finder:
             is_jump = child.kind in (Kind.BREAK_STMT, Kind.CONTINUE_STMT) or self.statement(child) == "return;"
             stands_alone = self.after(child).startswith(";") and \
                 self.before(child).endswith((")", "{", "}", ";", ":", "else", "do"))
-            if stands_alone and (is_jump or child.kind.is_expression()) and not self.of(child).startswith("["):
+            # Without its throw a function could end without a value: the compiler takes that mutant to be impossible.
+            is_droppable = is_jump or child.kind.is_expression() and child.kind != Kind.CXX_THROW_EXPR
+            if stands_alone and is_droppable:
                 self.add(guard, start(child), self.end_of_statement(child), "statement", "statement", "")
 
     def end_of_statement(self, cursor):

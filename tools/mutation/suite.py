@@ -45,8 +45,8 @@ def tests(build):
 
 
 def run(test, environment, limit):
-    """Whether the test passes within so many seconds of processor time, what it printed, and how many it needed. What it
-    leaves behind is removed."""
+    """Whether the test passes within so many seconds of processor time, what it printed, and the seconds it needed.
+    What it leaves behind is removed."""
     scratch = tempfile.mkdtemp(prefix="mutant.")
     os.chmod(scratch, 0o755)        # for tests that give up the rights of root
     with tempfile.TemporaryFile() as output:
