@@ -237,10 +237,17 @@ TEST_P(Pieces, DoNotMatter) {
     located.losses.clear();
     EXPECT_EQ(located, expected);
   }
-  for (std::size_t cut = 0; cut < bytes.size(); ++cut)
-    ASSERT_EQ(by_transcoder(page, "UTF-8", bytes.substr(0, cut), 1, 64, false),
-              by_converters(page, "UTF-8", bytes.substr(0, cut)))
-        << cut;
+  Result before;
+  for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+    const auto expected = by_converters(page, "UTF-8", bytes.substr(0, cut));
+    ASSERT_EQ(by_transcoder(page, "UTF-8", bytes.substr(0, cut), 1, 64, false), expected) << cut;
+    // Each byte adds a character or makes the end malformed. Exceptions are shifts and the end of Base64 in UTF-7.
+    const bool is_complete = cut > 0 && !before.lossy_input && !expected.lossy_input;
+    if (is_complete && static_cast<unsigned char>(bytes[cut - 1]) > ' ' && page != "UTF-7") {
+      EXPECT_NE(expected.bytes, before.bytes) << cut;
+    }
+    before = expected;
+  }
 }
 
 // Every character of the page at the end of rooms of every size.

@@ -25,7 +25,7 @@ bool encodes(IcuConverter& icu, char16_t unit) {
 }
 
 bool breaks_promises(UConverterType type) {
-  const bool drops_text = type == UCNV_ISCII || type == UCNV_COMPOUND_TEXT;
+  const bool drops_text = type == UCNV_ISCII || type == UCNV_COMPOUND_TEXT || type == UCNV_HZ;
   const bool depends_on_splits = type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
   return drops_text || depends_on_splits;
 }

@@ -17,8 +17,8 @@ class IcuConverter;
 /// Encodings  Every name or alias of a code page in docs/codepages.md and of the code pages of ICU. "CP" and a number
 ///            name the Windows page of that number. The empty name is the local code page: the encoding of
 ///            `ZrLocale::global()` at construction. Names with converter options (a comma) are refused. So are
-///            encodings whose converter drops text (ISCII, X11 compound text) or whose output depends on how the text
-///            is split (SCSU, LMBCS). docs/codepages.md lists the characters of each encoding.
+///            encodings whose converter drops text (HZ, ISCII, X11 compound text) or whose output depends on how the
+///            text is split (SCSU, LMBCS). docs/codepages.md lists the characters of each encoding.
 /// Strict     Raises `CvtInvalidCharacter` at the first unit that cannot be converted. No fallback mappings are used
 ///            and nothing is dropped, not even invisible characters and byte-order marks. A character without a code
 ///            is written as a canonically equivalent sequence of letter and accents if all of these have codes
