@@ -15,7 +15,7 @@ struct Position {
   std::uint64_t column = 1;
 };
 
-/// Where the places, which are ordered by offset, are in the text, which is in that encoding.
+/// The positions of `places` in `text`, which is in `encoding`.
 std::vector<Position> positionsOf(const std::vector<Korvane::qardatainterfaces::QARConversionLoss::Place>& places,
                                   const Korvane::qardatainterfaces::QARByteArray& text, const std::string& encoding);
 
