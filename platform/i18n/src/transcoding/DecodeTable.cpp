@@ -53,6 +53,8 @@ DecodeTable::Found DecodeTable::find(std::string_view text) const {
 Entry DecodeTable::look_up(DecodeNode& node, std::string_view sequence) const {
   const std::lock_guard lock(mutex_);
   const auto byte = static_cast<unsigned char>(sequence.back());
+  // Another thread may have added it, and its child, since the caller looked.
+  if (const Entry known = node.entry(byte); known != 0) return known;
   Entry entry = ask(sequence);
   const bool is_prefix = entry < 0 && kind_of(entry) == Kind::prefix;
   if (is_prefix && (sequence.size() == most_bytes || !add_child(node, byte))) entry = special_entry(Kind::dependent);

@@ -18,11 +18,13 @@ EncodeTable::~EncodeTable() {
 
 Entry EncodeTable::look_up(char32_t code) const {
   const std::lock_guard lock(mutex_);
-  const Entry entry = ask(code);
+  // Another thread may have added it since the caller looked.
+  if (const Entry known = rows_.entry(code); known != 0) return known;
   auto& row = make_row(code / EncodeRows::row_size);
-  row[code % EncodeRows::row_size].store(entry, std::memory_order_release);
+  const Entry entry = ask(code);
   if (encoding_.is_single_byte() && entry > 0 && length_of(entry) == 1 && code < 0x10000)
     bytes()[code].store(static_cast<std::uint8_t>(entry), std::memory_order_relaxed);
+  row[code % EncodeRows::row_size].store(entry, std::memory_order_release);
   return entry;
 }
 

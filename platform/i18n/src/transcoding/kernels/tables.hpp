@@ -15,7 +15,7 @@ namespace ku::i18n::detail {
 ///     < 0    special: a kind in bits 24 to 30, a value in bits 0 to 23
 using Entry = std::int32_t;
 
-/// Entries are stored once, or again with the same value. They are stored with release order and loaded with acquire
+/// Entries are stored once. They are stored with release order and loaded with acquire
 /// order, so that the long code that an entry refers to is visible.
 using AtomicEntry = std::atomic<Entry>;
 
