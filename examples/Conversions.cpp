@@ -14,7 +14,7 @@ namespace {
 
 namespace di = Korvane::qardatainterfaces;
 
-/// The part before the next colon; `text` keeps what is behind it.
+/// Removes the part before the next colon, and the colon, from `text`, and returns the part.
 std::string cutField(std::string& text, const std::string& option) {
   const auto colon = text.find(':');
   if (colon == text.npos || colon == 0) throw UsageError("'" + option + "' is not FROM:TO:EXT,...");
@@ -48,7 +48,7 @@ Conversions::Conversions(CLI::App& app, Directions directions) : app_(app) {
   transcode_ = addList("--transcode", "FROM:TO:EXT,...", "Convert these files from one encoding to another");
   app.add_option("--locale", locale_, "Locale of the local code page and of messages, such as de_DE.ISO-8859-1")
       ->type_name("NAME");
-  app.add_flag("--strict", strict_, "Refuse what cannot be converted without loss")->disable_flag_override();
+  app.add_flag("--strict", strict_, "Fail for files that cannot be converted without loss")->disable_flag_override();
 }
 
 void Conversions::apply(di::QARFileReaderFactory& factory) const {

@@ -6,9 +6,9 @@
 
 namespace qarread {
 
-/// Converts between two encodings, and leaves in the user data its name and what was lost.
+/// Converts between two encodings, and writes its name and a report of the losses to the user data.
 ///
-/// Threads  Any number of threads may call one transform at the same moment.
+/// Threads  Any number of threads may use one transform at the same time.
 class Converting final : public Korvane::qardatainterfaces::QARCodePageTransform {
 public:
   using QARCodePageTransform::QARCodePageTransform;

@@ -6,21 +6,21 @@
 
 namespace qarread {
 
-/// Standard output has failed: there is no point in going on.
+/// Writing to standard output failed; the program must end.
 class OutputError : public std::system_error {
 public:
   using std::system_error::system_error;
 };
 
-/// Standard output, unbuffered and below `std::cout`, to which the library itself prints.
+/// Standard output, written by system calls without a buffer, because the library prints its notices to `std::cout`.
 ///
-/// Errors  `OutputError`, for a closed pipe too if SIGPIPE is ignored.
+/// Errors  `OutputError`; also for a closed pipe if SIGPIPE is ignored.
 class Output {
 public:
   void write(const void* bytes, std::size_t size);
   void write(const std::string& text) { write(text.data(), text.size()); }
 
-  /// Closes it, since some file systems tell only then that a write has failed.
+  /// Closes it, since some file systems report a failed write only then.
   void finish();
 
 private:

@@ -27,7 +27,7 @@ void fill(QARData& catalogue) {
   catalogue.addRootMacroMapEntry(u"HOME", u"/opt/shop");
   catalogue.addClassPathEntry(u"lib/first");
   catalogue.addClassPathEntry(u"lib/second");
-  std::cout << catalogue.addClassPathEntry(u"lib/first") << " class paths\n";  // kept twice, in order
+  std::cout << catalogue.addClassPathEntry(u"lib/first") << " class paths\n";  // duplicates are kept, in order
 }
 
 void change(QARData& catalogue) {

@@ -25,7 +25,7 @@ bool isInstalled(const std::string& name) {
              ::newlocale(LC_CTYPE_MASK, name.c_str(), nullptr)) != nullptr;
 }
 
-/// Its language and its country are in the standards.
+/// Whether the language and the country of the locale's name are in the ISO standards.
 bool isStandard(const std::string& name) {
   const auto tag = name.substr(0, name.find_first_of(".@"));
   const auto underscore = tag.find('_');
@@ -46,7 +46,7 @@ void checkEncoding(const ZrLocale& locale) {
 void setContentLocale(const std::string& name) {
   const ZrLocale locale(name);
   if (!locale.language().empty() && !isStandard(name) && !isInstalled(name))
-    throw UsageError("nobody knows a locale '" + name + "'");
+    throw UsageError("unknown locale '" + name + "'");
   checkEncoding(locale);
   ZrLocale::global(locale);
 }

@@ -4,10 +4,10 @@
 
 namespace qarread {
 
-/// Makes the locale that of content and messages. Throws `UsageError` if nobody knows the locale or its encoding.
+/// Sets the locale of content and messages. Throws `UsageError` if the locale or its encoding is unknown.
 void setContentLocale(const std::string& name);
 
-/// Throws `UsageError` if nobody knows the encoding of the locale of content.
+/// Throws `UsageError` if the encoding of the locale of content is unknown.
 void checkLocalCodePage();
 
 }  // namespace qarread

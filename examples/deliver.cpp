@@ -8,7 +8,7 @@ using Korvane::qardatainterfaces::QARFileReader;
 using Korvane::qardatainterfaces::QARMetaData;
 
 void checkRead(QARFileReader& reader, const QARMetaData& meta) {
-  // To a transform, a file that cannot be read is an empty one.
+  // A transform gets empty input for a file that cannot be read, so this is checked first.
   if (const auto reason = reader.readError()) throw ReadFailure("not_good", "cannot be read" + inParentheses(reason));
   if (reader.readSucceeded()) return;
   auto report = meta.getUserData();

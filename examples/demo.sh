@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes files of all kinds and reads them with the example program; then packs them with those in the folder PACKING,
-# if that is given: examples/demo.sh PROGRAM [PACKING]
+# Makes files of all kinds and reads them with the program qarread. If the folder PACKING of the packing programs is
+# given, packs and unpacks the files, too: examples/demo.sh PROGRAM [PACKING]
 set -euo pipefail
 program=$(realpath "$1") packing=${2:+$(realpath "$2")}
 work=$(mktemp -d)
@@ -17,7 +17,7 @@ list() { "$packing/list" "$@"; }
 
 say() { printf '\n%s%s%s\n' "$heading" "$1" "$normal"; }
 
-# show STATUS COMMAND: runs it as a person would, and insists on its exit status.
+# show STATUS COMMAND: prints the command, runs it, and stops if its exit status is another one.
 show() {
   local status=0
   echo "\$ $2"
@@ -35,13 +35,13 @@ printf 'Gr\xfc\xdfe aus K\xf6ln, 5 \xb0C\n' >app/text/greeting.txt    # Latin-1
 printf 'Crème brûlée 4 £\n' >app/text/menu.utf8
 printf 'Crème brûlée 4 €\n' >app/text/price.utf8                     # Latin-1 has no euro sign
 printf '\x93\xfa\x96\x7b\x8c\xea\n' >app/sjis/language.txt           # Shift_JIS
-printf '\x93\xfa\xff\x96\x7b\n' >app/sjis/broken.txt                 # FF is no character of it
+printf '\x93\xfa\xff\x96\x7b\n' >app/sjis/broken.txt                 # FF is malformed
 
-say 'One factory, both code-page transforms: what each path gets. The local code page is Latin-1.'
+say 'The reader and the transform of each path. The local code page is Latin-1.'
 latin1='--locale en_US.ISO-8859-1 --lcp-to-utf8 txt --utf8-to-lcp utf8'
 show 1 "qarread $latin1 -r --stat app/README app/current app/dangling app/data.bin app/empty.txt app/text app/missing"
 
-say 'The content of a plain file, and of a link: its target, whether that exists or not.'
+say 'The content of a plain file; and of a link, which is its target, whether that exists or not.'
 show 0 'qarread app/README'
 show 0 "qarread app/dangling | od -A n -t x1z -w24"
 
@@ -53,7 +53,7 @@ say 'UTF-8 becomes Latin-1. What Latin-1 lacks is replaced, and the library says
 show 0 "qarread $latin1 app/text/menu.utf8 | od -A n -t x1z -w24"
 show 0 "qarread $latin1 app/text/price.utf8 | od -A n -t x1z -w24"
 
-say 'What would be lost, and where: to know before anything is packaged.'
+say 'What a conversion would lose, and where. Check this before packaging.'
 show 1 "qarread $latin1 --check app/text/menu.utf8 app/text/price.utf8"
 
 say 'The same with Shift_JIS, and with messages in Japanese.'
@@ -67,11 +67,11 @@ show 0 "qarread $sjis -r --catalogue app"
 [ -n "$packing" ] || exit 0
 rm -r app/sjis
 
-say 'The whole way: packed where the code page is Latin-1. In the archive, text is UTF-8.'
+say 'Packed where the code page is Latin-1. In the archive, text is UTF-8.'
 show 0 'pack --locale de_DE.ISO-8859-1 --lcp-to-utf8 txt --macro HOME=/opt/app app app.tar.gz'
 show 0 'list app.tar.gz'
 
-say 'Unpacked where it is that of DOS: the text is what iconv makes of it, and the rest what it was.'
+say 'Unpacked where the code page is CP850: the text is what iconv converts it to, other files are unchanged.'
 show 0 'unpack --locale de_DE.CP850 --utf8-to-lcp txt app.tar.gz unpacked'
 show 0 'od -A n -t x1z -w24 unpacked/text/greeting.txt'
 show 0 'iconv -f ISO-8859-1 -t CP850 app/text/greeting.txt | cmp - unpacked/text/greeting.txt'

@@ -8,7 +8,7 @@ namespace qarread {
 namespace {
 
 std::u16string parseExtension(const std::string& text) {
-  // Only the part of a name from its last dot on is compared, so anything else would never match.
+  // An extension begins at the last dot of a name, so no other text can match.
   if (text.empty() || text.find_first_of("./", 1) != text.npos || text == "/")
     throw UsageError("'" + text + "' is not an extension");
   return Korvane::qardatainterfaces::QARPath::fromNative(text[0] == '.' ? text : "." + text);

@@ -31,7 +31,7 @@ std::string fromJsonText(const json& value) {
   for (std::size_t i = 0; i < digits.size(); i += 2) {
     unsigned char byte = 0;
     if (std::from_chars(&digits[i], digits.data() + std::min(i + 2, digits.size()), byte, 16).ptr != &digits[i] + 2)
-      throw std::invalid_argument("digits that are none");
+      throw std::invalid_argument("invalid hexadecimal digits");
     text[i / 2] = static_cast<char>(byte);
   }
   return text;

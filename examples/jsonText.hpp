@@ -6,15 +6,14 @@
 
 namespace qarread {
 
-/// `bytes` as JSON, whose text is UTF-8: a string if they are UTF-8, else an object of their hexadecimal digits,
-/// {"hex": "FF00"}.
+/// `bytes` as JSON: a string if they are UTF-8, else an object with their hexadecimal digits such as {"hex": "FF00"}.
 nlohmann::json toJsonText(std::string bytes);
 
-/// The bytes that `toJsonText` has made the value of. Throws `nlohmann::json::exception` for another value, and
-/// `std::invalid_argument` for digits that are none.
+/// The reverse of `toJsonText`. Throws `nlohmann::json::exception` for a value of another form, and
+/// `std::invalid_argument` for invalid digits.
 std::string fromJsonText(const nlohmann::json& value);
 
-/// The bytes as hexadecimal digits in capitals, with `separator` between two bytes.
+/// The bytes as upper-case hexadecimal digits, with `separator` between bytes.
 std::string hexadecimal(const std::string& bytes, const char* separator);
 
 }  // namespace qarread

@@ -25,7 +25,7 @@ void appendEscape(std::u16string& to, const char* format, unsigned code) {
 
 std::string printable(const std::string& text) {
   std::u16string result;
-  bool isPair = false;  // of surrogates, of which the first was the last unit
+  bool isPair = false;  // whether the last unit was the first one of a surrogate pair
   for (const char16_t unit : Korvane::qardatainterfaces::QARPath::fromNative(text)) {
     if (!isPair && unit >= 0xDC00 && unit <= 0xDCFF)
       appendEscape(result, "\\x%02X", unit & 0xFFU);

@@ -4,9 +4,9 @@
 
 namespace qarread {
 
-/// `text`, which is in the process code, for one line on a terminal: control characters, and those that turn the
-/// direction of what follows, appear as `\x1B`, `\u0085` or `\u202E`, a backslash as `\x5C`, and bytes that are no
-/// text as `\xFF`.
+/// Escapes `text`, which is in the process code, for one line on a terminal. Control characters, and characters that
+/// change the direction of text, become `\x1B`, `\u0085` or `\u202E`; a backslash becomes `\x5C`; a byte that is not
+/// valid text becomes `\xFF`.
 std::string printable(const std::string& text);
 
 }  // namespace qarread

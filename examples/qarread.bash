@@ -8,7 +8,7 @@ _qarread() {
     --chunk | --lcp-to-utf8 | --utf8-to-lcp | --transcode | --stdin-name | :) compopt +o bashdefault +o default ;;  # no files
     *)
       [[ $word == -* ]] || return 0
-      # The program knows its options best.
+      # The options are taken from the program's help.
       local options
       options=$("$1" --help 2>/dev/null | grep --only-matching --extended-regexp '(^|[ [|])--?[[:alpha:]][[:alnum:]-]*')
       mapfile -t COMPREPLY < <(compgen -W "${options//[[|]/}" -- "$word")

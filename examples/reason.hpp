@@ -6,10 +6,10 @@
 
 namespace qarread {
 
-/// The system's reason, " (Permission denied)", to be put behind a text; empty if there is none.
+/// The system's reason in the form " (Permission denied)", to be appended to a text; empty without a reason.
 std::string inParentheses(const std::error_code& reason);
 
-/// The text of `error`, and the reason that it is nested around, if there is one.
+/// The text of `error`, followed by the reason of the exception nested in it, if there is one.
 std::string withReason(const std::exception& error);
 
 }  // namespace qarread

@@ -8,9 +8,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A listing tells, as a rule, so that the file system is not asked again.
+// The directory entry usually has the file type, so this rarely needs a system call.
 bool isDirectory(const fs::directory_entry& entry) {
-  std::error_code ignored;  // whoever opens the path will meet it again
+  std::error_code ignored;  // opening the path will report it
   return !entry.is_symlink(ignored) && entry.is_directory(ignored);
 }
 

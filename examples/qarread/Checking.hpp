@@ -10,7 +10,7 @@
 
 namespace qarread {
 
-/// One loss, with all that there is to say of it.
+/// One loss and where it is in the text.
 struct LossAt {
   Korvane::qardatainterfaces::QARConversionLoss::Place place;
   Position position;
@@ -20,7 +20,7 @@ struct LossAt {
 /// What the conversion of one file does to it.
 struct Findings {
   std::string from, to;      // the encodings, by name
-  bool isReversible = true;  // converted back, it is what it was, byte for byte
+  bool isReversible = true;  // converting back restores the input byte for byte
   std::uint64_t malformed = 0, unmappable = 0;
   std::vector<LossAt> first;  // the first losses
 
@@ -30,8 +30,8 @@ struct Findings {
 /// Converts between two encodings and back, and compares.
 class Checking final : public Korvane::qardatainterfaces::QARCodePageTransform {
 public:
-  /// The empty encoding is the local code page, which must not change any more. Each conversion leaves what it has
-  /// found in `findings`.
+  /// The empty encoding is the local code page, which must not change after this. Each conversion stores its result
+  /// in `findings`.
   Checking(const char* id, const std::string& from, const std::string& to, std::optional<Findings>& findings);
 
   bool transform(const Korvane::qardatainterfaces::QARByteArray& in, Korvane::qardatainterfaces::QARByteArray& out,
@@ -44,7 +44,7 @@ protected:
 private:
   const std::string from_, to_;
   Korvane::qardatainterfaces::QARCodePageTransform back_;
-  Korvane::qardatainterfaces::QARConversionLoss loss_;  // of the conversion that is under way
+  Korvane::qardatainterfaces::QARConversionLoss loss_;  // of the current conversion
   std::optional<Findings>& findings_;
 };
 

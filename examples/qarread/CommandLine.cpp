@@ -32,11 +32,11 @@ unsigned int parseChunk(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size() || value == 0 ||
       value == Korvane::qardatainterfaces::QARFileReader::failed)
-    throw UsageError("a chunk has 1 to 4294967294 bytes");
+    throw UsageError("--chunk must be from 1 to 4294967294");
   return value;
 }
 
-// CLI11 would take the next argument instead.
+// Refuses "--option=": CLI11 would use the next argument as the value.
 void refuseEmptyValues(int argc, char** argv) {
   for (int i = 1; i < argc && argv[i] != std::string_view("--"); ++i)
     if (const std::string_view argument = argv[i];
@@ -61,21 +61,22 @@ CommandLine::CommandLine()
             name, [this, mode] { modes_.insert(mode); }, text)
         ->disable_flag_override();
   };
-  addFlag("-r", options_.recursive, "Also read what is below directories; links are not followed");
-  addFlag("--runtime", options_.runtime, "Choose readers by extension alone, as at run time: links are followed");
+  addFlag("-r", options_.recursive, "Read directories recursively; links are not followed");
+  addFlag("--runtime", options_.runtime, "Choose readers by extension only, as at run time: links are followed");
   app_.add_option("--chunk", chunk_, "Read N bytes at a time")->type_name("N");
-  addMode("--stat", Mode::stat, "Instead of content: reader, transform, bytes in and out, status and path");
-  addMode("--check", Mode::check, "Instead of content: what conversions lose, and whether files come back");
-  addMode("--catalogue", Mode::catalogue, "Instead of content: the entries of an archive catalogue, in its order");
-  addFlag("--json", options_.json, "With --stat or --check: a JSON object for each path");
-  app_.add_option("--files0-from", options_.namesFile, "Read the paths that FILE holds, each ended by a zero byte")
+  addMode("--stat", Mode::stat, "Print reader, transform, bytes in and out, status and path instead of content");
+  addMode("--check", Mode::check, "Print what conversions lose, and whether files come back, instead of content");
+  addMode("--catalogue", Mode::catalogue,
+          "Print the entries of an archive catalogue, in its order, instead of content");
+  addFlag("--json", options_.json, "With --stat or --check: print a JSON object for each path");
+  app_.add_option("--files0-from", options_.namesFile, "Read the paths from FILE; a zero byte ends each of them")
       ->type_name("FILE");
-  app_.add_option("--stdin-name", options_.standardInputName, "Take standard input for a file of this name")
+  app_.add_option("--stdin-name", options_.standardInputName, "Treat standard input as a file of this name")
       ->type_name("NAME");
   app_.footer(
-      "\nExit status: 0; 1 if a path or standard output failed, or if --check has found losses; 2 if the command\n"
-      "line is wrong.");
-  app_.allow_extras();  // the paths; as an option's values, CLI11 would take "[a,b]" for two
+      "\nExit status: 0 on success; 1 if a path or standard output failed, or if --check found losses; 2 if the\n"
+      "command line is wrong.");
+  app_.allow_extras();  // the paths; if they were values of an option, CLI11 would split "[a,b]" into two
 }
 
 std::optional<std::string> CommandLine::parse(int argc, char** argv) {
@@ -106,7 +107,7 @@ void CommandLine::takePaths() {
       options_.paths.push_back(std::move(argument));
   }
   if (options_.namesFile && !options_.paths.empty())
-    throw UsageError("with --files0-from, no path can be on the command line");
+    throw UsageError("--files0-from cannot be combined with paths on the command line");
   if (!options_.namesFile && options_.paths.empty()) throw UsageError("a path is missing");
 }
 

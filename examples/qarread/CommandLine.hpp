@@ -11,18 +11,18 @@
 
 namespace qarread {
 
-/// The command line, which `--help` shows.
+/// Parses the command line, and has the text of `--help`.
 class CommandLine {
 public:
   CommandLine();
   CommandLine(const CommandLine&) = delete;
   CommandLine& operator=(const CommandLine&) = delete;
 
-  /// Returns what --help or --version wants to be told, if one of them is there; nothing else is checked then.
+  /// Returns the text to print if --help or --version is given; the rest of the command line is not checked then.
   /// Throws `UsageError`.
   std::optional<std::string> parse(int argc, char** argv);
 
-  /// What has been parsed. They live as long as the object.
+  /// The results of `parse`. They live as long as the object.
   const Options& options() const noexcept { return options_; }
   const Conversions& conversions() const noexcept { return conversions_; }
 

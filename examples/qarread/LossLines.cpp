@@ -9,7 +9,7 @@ namespace qarread {
 namespace {
 
 std::string describe(const LossAt& loss, const Findings& findings) {
-  if (loss.place.malformed) return hexadecimal(loss.bytes, " ") + " is no character of " + findings.from;
+  if (loss.place.malformed) return hexadecimal(loss.bytes, " ") + " is malformed in " + findings.from;
   return codePoint(loss.place.character) + " is not in " + findings.to;
 }
 

@@ -4,7 +4,7 @@
 
 namespace qarread {
 
-/// --check: a line for each of a path's first losses, and one that tells whether it would come back.
+/// --check: one line for each of a path's first losses, and one that says whether the file would come back.
 class LossLines final : public Presentation {
 public:
   explicit LossLines(Output& output) : output_(output) {}

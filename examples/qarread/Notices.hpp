@@ -7,7 +7,7 @@
 
 namespace qarread {
 
-/// Keeps apart what the library prints through `std::cout`.
+/// Captures the notices that the library prints through `std::cout`, so that they do not mix with the content.
 class Notices {
 public:
   Notices() : standardOutput_(std::cout.rdbuf(text_.rdbuf())) {}
@@ -15,7 +15,7 @@ public:
   Notices(const Notices&) = delete;
   Notices& operator=(const Notices&) = delete;
 
-  /// The lines that have come since the last call.
+  /// The lines captured since the last call.
   std::istringstream take() { return std::istringstream(std::exchange(text_, std::stringstream()).str()); }
 
 private:

@@ -8,7 +8,7 @@ namespace qarread {
 
 enum class Mode { content, stat, check, catalogue };
 
-/// What the command line asks for, besides conversions.
+/// The options of the command line, except those for conversions.
 struct Options {
   bool recursive = false;
   bool runtime = false;
@@ -17,7 +17,7 @@ struct Options {
   unsigned int chunk = 256 * 1024;
   std::string standardInputName = "-";
   std::optional<std::string> namesFile;
-  std::vector<std::string> paths;  // empty if there is a file of names
+  std::vector<std::string> paths;  // empty if `namesFile` is set
 };
 
 }  // namespace qarread

@@ -11,22 +11,22 @@ namespace qarread {
 
 class Output;
 
-/// What a mode of the program shows. It throws what `Output` throws.
+/// The output of one mode of the program. Throws what `Output` throws.
 class Presentation {
 public:
   virtual ~Presentation() = default;
 
   virtual void begin() {}
-  /// Whether the paths are to be read.
+  /// Whether the content of the paths has to be read.
   virtual bool wantsContent() const { return true; }
   /// The next piece of a path's content.
   virtual void take(const void* /*bytes*/, std::size_t /*size*/) {}
-  /// A path is done, whatever came of it.
+  /// Called once for each path at its end, whether it succeeded or failed.
   virtual void show(const Found& /*found*/, const Record& /*record*/) {}
   virtual void end() {}
 };
 
-/// That of the mode which `options` tells. `transformWidth` is the length of the longest name of a transform.
+/// The presentation for the mode in `options`. `transformWidth` is the length of the longest name of a transform.
 std::unique_ptr<Presentation> makePresentation(const Options& options, std::size_t transformWidth, Output& output);
 
 }  // namespace qarread

@@ -5,7 +5,7 @@
 
 namespace qarread {
 
-/// A line on standard error that tells how far a long walk has come; there is none in the first half second.
+/// A progress line on standard error for long runs; it appears after half a second.
 class Progress {
 public:
   explicit Progress(bool wanted) : wanted_(wanted) {}
@@ -16,7 +16,7 @@ public:
   void addPath();
   void addBytes(std::uint64_t count);
 
-  /// Makes room for another line; the progress comes back by itself.
+  /// Erases the progress line before other output; the next update shows it again.
   void erase();
 
 private:

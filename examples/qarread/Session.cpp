@@ -24,7 +24,7 @@ namespace di = Korvane::qardatainterfaces;
 
 constexpr const char* standardInput = "-";
 
-/// A transform of the library with an identifier of ours.
+/// A transform of the library with another identifier.
 template <class Transform>
 class Named final : public Transform {
 public:
@@ -36,13 +36,13 @@ bool isSet(const char* variable) {
   return value != nullptr && *value != '\0';
 }
 
-/// Whether escape sequences do any good on the terminal that standard error is, if it is one.
+/// Whether standard error is a terminal that understands escape sequences.
 bool canErase() {
   return ::isatty(STDERR_FILENO) && isSet("TERM") && std::getenv("TERM") != std::string_view("dumb") &&
          !isSet("NO_COLOR");
 }
 
-/// What the mode writes to the terminal would mix with the progress.
+/// Progress is not shown if it would mix with output on the same terminal.
 bool wantsProgress(const Options& options) {
   return (options.recursive || options.namesFile) && canErase() &&
          (options.mode == Mode::catalogue || !::isatty(STDOUT_FILENO));
@@ -60,7 +60,8 @@ Session::Session(const Options& options, const Conversions& conversions)
   if (presentation_->wantsContent()) buffer_ = std::make_unique_for_overwrite<unsigned char[]>(options.chunk);
 }
 
-// Between the local code page and UTF-8 go the library's own two, unless more is asked of them than they can.
+// Between the local code page and UTF-8, uses the library's two local transforms unless --check or --strict needs
+// more.
 di::QARTransform* Session::makeTransform(const char* id, const std::string& from, const std::string& to,
                                          bool isStrict) {
   if (options_.mode == Mode::check) return new Checking(id, from, to, findings_);
@@ -82,7 +83,7 @@ bool Session::run() {
 
 void Session::readArgument(const std::string& path) {
   if (path == standardInput && options_.namesFile == standardInput)
-    fail(path, "the names have been read from it");
+    fail(path, "standard input is already read by --files0-from");
   else if (path == standardInput)
     read({standardInput, options_.standardInputName});
   else if (options_.recursive)

@@ -19,10 +19,10 @@ namespace qarread {
 /// One run over the paths of the command line.
 class Session {
 public:
-  /// Throws `UsageError`. The options are referred to.
+  /// Throws `UsageError`. `options` must outlive the session.
   Session(const Options& options, const Conversions& conversions);
 
-  /// Whether every path has succeeded, without losses that --check finds. Throws `OutputError`, and
+  /// Reads all paths. Returns whether every path succeeded and --check found no losses. Throws `OutputError`, and
   /// `std::system_error` if the file of names cannot be read.
   bool run();
 
@@ -48,7 +48,7 @@ private:
   bool succeeded_ = true;
 };
 
-/// A line on standard error.
+/// Writes a line to standard error.
 void say(const std::string& text);
 
 }  // namespace qarread

@@ -17,7 +17,7 @@ using Korvane::qardatainterfaces::QARPath;
 Source Source::path(QARFileReaderFactory& factory, const std::string& path, bool runtime) {
   Source source;
   auto name = QARPath::fromNative(path);
-  if (name.compare(0, 3, u"//:") == 0) name.erase(0, 1);  // which the factory would leave out
+  if (name.compare(0, 3, u"//:") == 0) name.erase(0, 1);  // the factory would drop this prefix
   source.reader_ = runtime ? factory.getRuntimeReader(name) : factory.getReader(name);
   if (factory.willBeTransformed(name)) source.kind_ = Kind::transform;
   struct stat found {};
@@ -48,10 +48,10 @@ std::optional<std::uint64_t> Source::size() const { return standardInput_ ? stan
 
 std::string Source::deliver(std::span<unsigned char> buffer, const Take& take) {
   QARMetaData meta;
-  if (kind_ == Kind::link) {  // each chunk read would begin anew
+  if (kind_ == Kind::link) {  // read at once: each chunk read of a link starts at its beginning
     const auto& target = reader_->readAll();
     if (const auto reason = reader_->readError())
-      throw ReadFailure("not_good", "the link does not tell its target" + inParentheses(reason));
+      throw ReadFailure("not_good", "the target of the link cannot be read" + inParentheses(reason));
     take(target.begin(), target.size());
     return "";
   }

@@ -31,12 +31,12 @@ public:
   /// "plain", "link" or "transform".
   const char* reader() const noexcept;
   std::string transform() const { return reader_->getTransformId(); }
-  /// What the file system says before anything is read, or how much there was on standard input; nothing for what
-  /// has no size.
+  /// The size in the file system before anything is read, or the number of bytes read from standard input; none for a
+  /// file without a size, such as a device.
   std::optional<std::uint64_t> size() const;
 
-  /// Hands the content to `take` piece by piece, and returns what a `Converting` transform tells of losses. Throws
-  /// `ReadFailure`, and what the transform and `take` throw.
+  /// Passes the content to `take` piece by piece, and returns the report of a `Converting` transform on losses.
+  /// Throws `ReadFailure`, and what the transform and `take` throw.
   std::string deliver(std::span<unsigned char> buffer, const Take& take);
 
 private:
@@ -45,7 +45,7 @@ private:
   Source() = default;
 
   std::unique_ptr<StandardInput> standardInput_;
-  std::unique_ptr<Korvane::qardatainterfaces::QARFileReader> reader_;  // may refer to the one before
+  std::unique_ptr<Korvane::qardatainterfaces::QARFileReader> reader_;  // may refer to `standardInput_`
   Kind kind_ = Kind::plain;
   std::optional<std::uint64_t> size_;
 };

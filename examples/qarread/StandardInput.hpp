@@ -6,7 +6,7 @@
 
 namespace qarread {
 
-/// Standard input as the library's readers take it.
+/// Standard input as a stream for the library's readers.
 ///
 /// Errors  `ReadFailure`.
 class StandardInput final : public opc::InputStream {
@@ -14,7 +14,7 @@ public:
   std::uint64_t read(void* buffer, std::uint64_t size) override;
   bool exhausted() override { return exhausted_; }
 
-  /// The bytes that have been read.
+  /// The number of bytes read so far.
   std::uint64_t count() const noexcept { return count_; }
 
 private:

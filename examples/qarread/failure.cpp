@@ -17,7 +17,7 @@ Failure currentFailure() try { throw; } catch (const Korvane::rtxi18nutil::Deplo
 } catch (const boost::filesystem::filesystem_error& error) {
   return {"error", "cannot be examined" + inParentheses(error.code())};
 } catch (const std::bad_alloc&) {
-  return {"error", "needs more memory than there is"};
+  return {"error", "not enough memory"};
 } catch (const std::exception& error) {
   return {"error", error.what()};
 }

@@ -4,13 +4,13 @@
 
 namespace qarread {
 
-/// Why a path has failed.
+/// Why a path failed.
 struct Failure {
   std::string status;  // for programs
-  std::string text;    // for people, to be put behind the path
+  std::string text;    // for people, to be printed after the path
 };
 
-/// What the exception that is being handled tells.
+/// Describes the exception that is being handled.
 Failure currentFailure();
 
 }  // namespace qarread

@@ -26,7 +26,7 @@ json toJson(const LossAt& loss) {
   return object;
 }
 
-// What was read and not converted comes back.
+// A file that was read and not converted counts as reversible.
 void addFindings(json& object, const Findings& findings) {
   object["reversible"] = findings.isReversible;
   auto& losses = object["losses"];

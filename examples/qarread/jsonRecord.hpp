@@ -6,7 +6,7 @@
 
 namespace qarread {
 
-/// The record as a JSON object on one line, which is UTF-8; with what --check has found, if that is wanted.
+/// The record as a JSON object in UTF-8 on one line, optionally with the findings of --check.
 std::string jsonRecord(const Record& record, bool withLosses);
 
 }  // namespace qarread

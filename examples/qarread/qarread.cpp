@@ -1,4 +1,4 @@
-// Reads files through the library, for a person or a script: `qarread --help`.
+// Reads files through the library; see `qarread --help`.
 
 #include "../Output.hpp"
 #include "../UsageError.hpp"
@@ -30,7 +30,8 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace qarread;
-  const auto atClosedPipe = std::signal(SIGPIPE, SIG_IGN);  // an error like any other, until all is tidied up
+  const auto atClosedPipe =
+      std::signal(SIGPIPE, SIG_IGN);  // an ordinary write error, so that everything is cleaned up
   try {
     return run(argc, argv);
   } catch (const UsageError& error) {
@@ -40,7 +41,7 @@ int main(int argc, char** argv) {
   } catch (const OutputError& error) {
     if (error.code() == std::errc::broken_pipe) {
       std::signal(SIGPIPE, atClosedPipe);
-      std::raise(SIGPIPE);  // quietly, as other programs end
+      std::raise(SIGPIPE);  // ends without a message, as other programs do
     } else {
       say(error.what());
     }

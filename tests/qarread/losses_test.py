@@ -185,7 +185,7 @@ def lines_about(path, content, losses, returns, names):
         what = f"{place['character']} is not in {to_name}"
         if place["malformed"]:
             piece = content[place["offset"]:place["offset"] + place["length"]]
-            what = f"{piece.hex(' ').upper()} is no character of {from_name}"
+            what = f"{piece.hex(' ').upper()} is malformed in {from_name}"
         yield f"{path}:{place['line']}:{place['column']}: {what}"
     more = losses["malformed"] + losses["unmappable"] - len(losses["places"])
     if more:

@@ -96,7 +96,7 @@ expect 1 'euro.log:1:8: U+20AC is not in ISO-8859-1\neuro.log: does not come bac
   'qarread: missing: *' --check --strict $latin1 --utf8-to-lcp log euro.log missing
 expect 0 'twice.txt: does not come back byte for byte\n' '' --check --transcode SHIFT_JIS:UTF-8:txt twice.txt
 with=(env LC_ALL=ja_JP.SJIS)
-expect 1 'broken.txt:1:2: FF is no character of SJIS\nbroken.txt: does not come back byte for byte\n' '' \
+expect 1 'broken.txt:1:2: FF is malformed in SJIS\nbroken.txt: does not come back byte for byte\n' '' \
   --check --lcp-to-utf8 txt broken.txt
 with=(env)
 expect 0 '{"path":"bytes","reader":"plain","transform":null,"in":256,"out":256,"status":"ok"}\n' '' --json --stat bytes
@@ -112,7 +112,7 @@ qarread: x*x: cannot be examined (File name too long)' dangling missing dir "$lo
 expect 1 '' 'qarread: dir: The file "dir" cannot be opened: * (Is a directory)' --runtime dir
 expect 1 '' 'qarread: /proc/self/mem: cannot be read (Input/output error)' /proc/self/mem
 expect 1 '' 'qarread: unreadable.txt: cannot be read (Input/output error)' --runtime --lcp-to-utf8 txt unreadable.txt
-expect 1 '' 'qarread: /proc/self/exe: the link does not tell its target (Invalid argument)' /proc/self/exe
+expect 1 '' 'qarread: /proc/self/exe: the target of the link cannot be read (Invalid argument)' /proc/self/exe
 table '*' 1 '- - - - QARDATAINTERFACES_FILE_NOT_EXIST missing
 - - - - QARDATAINTERFACES_FILE_NOT_EXIST \xFF
 plain - 0 - not_good /proc/self/mem
@@ -170,7 +170,7 @@ if [ -z "${SANITIZED:-}" ]; then  # sanitizers reserve more than there may be
   truncate -s 1G large.txt
   (ulimit -v 200000; "$program" $latin1 --lcp-to-utf8 txt large.txt bytes >"$work/out" 2>"$work/err") && wrong 'succeeded'
   cmp bytes "$work/out" || wrong 'content'
-  [ "$(<"$work/err")" = 'qarread: large.txt: needs more memory than there is' ] || wrong "$(<"$work/err")"
+  [ "$(<"$work/err")" = 'qarread: large.txt: not enough memory' ] || wrong "$(<"$work/err")"
   (ulimit -v 200000; "$program" --chunk 999999999 bytes 2>"$work/err") && wrong 'succeeded'
   [ "$(<"$work/err")" = 'qarread: there is not enough memory' ] || wrong "$(<"$work/err")"
 fi

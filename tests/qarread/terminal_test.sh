@@ -37,7 +37,7 @@ mkdir names
 printf '\e[31m\xff\n' >names/$'\e[2J\r.txt'
 on_terminal check.shown "$program -r --check --transcode UTF-8:ISO-8859-1:txt names nowhere; NO_COLOR=1 $program --stat names/*"
 tr -d '\r' <check.shown | LC_ALL=C grep -q '[^[:print:]]' && wrong 'control characters' check.shown
-grep -q 'x1B\[2J.x0D\.txt:1:6: FF is no character of UTF-8' check.shown || wrong 'the place' check.shown
+grep -q 'x1B\[2J.x0D\.txt:1:6: FF is malformed in UTF-8' check.shown || wrong 'the place' check.shown
 
 # What is typed is read to its end.
 printf 'a\n\x04' | timeout 20 script --quiet --return --command "$program - >typed" /dev/null >/dev/null
