@@ -16,7 +16,7 @@ namespace ku::i18n::detail {
 ///            `decode_pairs` require one that begins with a character; the latter two also require `is_simple`.
 /// Reads      `bytes_read`: two bytes past the block, where a character of three bytes may end.
 /// Bits       two bytes 110yyyyy 10xxxxxx -> yyyyyxxxxxx; three 1110zzzz 10yyyyyy 10xxxxxx -> zzzzyyyyyyxxxxxx.
-///            Bytes are compared as signed numbers: continuations are those less than C0.
+///            Bytes are compared as signed numbers, so continuation bytes are those less than C0.
 class Utf8Block {
 public:
   static constexpr std::size_t size = 64;
@@ -39,8 +39,8 @@ public:
 
   bool is_ascii() const noexcept { return non_ascii_ == 0; }
 
-  /// Whether the block is well-formed if it begins with the continuations `due`. If so, sets `due` to the
-  /// continuations that must begin the next block.
+  /// Whether the block is well-formed if it begins with the continuation bytes `due`. If so, sets `due` to the
+  /// continuation bytes that must begin the next block.
   bool is_well_formed(std::uint64_t& due) const noexcept {
     const std::uint64_t quadruples = is_unusual_ ? find_quadruples() : 0;
     if (!has_form(quadruples, due)) return false;
@@ -49,10 +49,10 @@ public:
     return true;
   }
 
-  /// Of well-formed text: where characters of any length begin, be the last one cut.
+  /// For well-formed text: the starts of all characters, including an incomplete last one.
   std::uint64_t all_starts() const noexcept { return ~continuations_; }
 
-  /// Whether the text, from the start of a character, has but characters of up to three bytes, or surrogates.
+  /// Whether a block that begins with a character has only characters of up to three bytes and encoded surrogates.
   bool is_simple() const noexcept { return !is_unusual_ && has_form(0, 0); }
   /// The same, without surrogates.
   bool is_simple_text() const noexcept { return is_simple() && (!may_have_surrogates_ || has_valid_seconds()); }
@@ -100,7 +100,7 @@ private:
   static constexpr std::size_t parts = size / sizeof(__m128i);
 
   std::uint64_t leads() const noexcept { return non_ascii_ & ~continuations_; }
-  // The start of the character of up to three bytes that continues after the block.
+  // For simple text: the start of the character that continues after the block, if there is one.
   std::uint64_t cut() const noexcept {
     constexpr std::uint64_t last = std::uint64_t{1} << 63;
     return (leads() & last) | (triples_ & last >> 1);
@@ -116,8 +116,8 @@ private:
     return quadruples;
   }
 
-  // Whether there are no overlong forms, no surrogates and nothing beyond U+10FFFF. Continuations are compared as
-  // signed.
+  // Whether there are no overlong forms, no surrogates and nothing beyond U+10FFFF. Continuation bytes are compared
+  // as signed numbers.
   bool has_valid_seconds() const noexcept {
     __m128i wrong = _mm_setzero_si128();
     for (std::size_t part = 0; part < parts; ++part) {

@@ -19,7 +19,7 @@ inline bool is_ascii(const char* from) noexcept {
   return _mm256_movemask_epi8(_mm256_or_si256(_mm256_loadu_si256(bytes), _mm256_loadu_si256(bytes + 1))) == 0;
 }
 
-/// A mask of the 64 bytes with a bit for each that is zero.
+/// A mask with a bit for each of the 64 bytes, set if the byte is zero.
 inline std::uint64_t zeros(const char* from) noexcept {
   const auto mask = [](__m256i bytes) {
     return std::uint64_t{
@@ -29,7 +29,7 @@ inline std::uint64_t zeros(const char* from) noexcept {
   return mask(_mm256_loadu_si256(bytes)) | mask(_mm256_loadu_si256(bytes + 1)) << 32;
 }
 
-/// Writes those of 64 bytes whose bit is set, and returns the end of the output.
+/// Writes those of the 64 bytes whose bit is set in the mask, and returns the end of the output.
 inline char* put_kept(const char* from, std::uint64_t kept, char* to) noexcept {
 #pragma GCC unroll 8
   for (std::size_t at = 0; at < 64; at += 8) {
@@ -69,7 +69,7 @@ public:
     }
   }
 
-  /// Whether the block is well-formed if it begins with the continuations `due`. Its last character may be
+  /// Whether the block is well-formed if it begins with the continuation bytes `due`. Its last character may be
   /// incomplete.
   bool is_well_formed(std::uint64_t due = 0) const noexcept {
     return (leads_ << 1 | triples_ << 2 | quadruples_ << 3 | due) == (non_ascii_ & ~leads_) &&
@@ -77,18 +77,18 @@ public:
   }
   /// Whether no character has four bytes.
   bool has_triples_at_most() const noexcept { return quadruples_ == 0; }
-  /// For well-formed text: the continuations of its last character that must begin the next block.
+  /// For well-formed text: the continuation bytes of its last character that must begin the next block.
   std::uint64_t due() const noexcept { return leads_ >> 63 | triples_ >> 62 | quadruples_ >> 61; }
 
   /// For well-formed text that begins with a character: the length of its complete characters.
   std::size_t length() const noexcept { return first_bit(cut()); }
 
-  /// The block itself.
+  /// Writes the unchanged bytes of the block.
   void copy(char* to) const noexcept {
     for (std::size_t part = 0; part < parts; ++part)
       _mm256_storeu_si256(reinterpret_cast<__m256i*>(to + part * sizeof(__m256i)), load(part, 0));
   }
-  /// The starts of these characters, and of those that are not ASCII.
+  /// The starts of the complete characters; and of those that are not ASCII.
   std::uint64_t starts() const noexcept { return (~non_ascii_ | leads_) & (cut() - 1); }
   std::uint64_t leads() const noexcept { return leads_ & (cut() - 1); }
 
@@ -100,14 +100,14 @@ public:
     }
   }
 
-  /// Writes these characters in UTF-16, and returns the end of the output.
+  /// Writes the complete characters in UTF-16, and returns the end of the output.
   template <std::endian order>
   char* decode(char* to) const noexcept {
     if (triples_ == 0) return decode_up_to<2, order>(to);
     return quadruples_ == 0 ? decode_up_to<3, order>(to) : decode_up_to<4, order>(to);
   }
 
-  /// The same for ASCII.
+  /// The same for a block of ASCII.
   template <std::endian order>
   static void widen_ascii(const char* from, char* to) noexcept {
     for (std::size_t at = 0; at < size; at += 16)
@@ -123,8 +123,9 @@ private:
            (quadruples_ & ~std::uint64_t{0} << 61);
   }
 
-  // Invariant  each byte has a unit: the character that begins there. A character beyond U+FFFF has its lead there
-  //            and its trail at its third byte. The units of other bytes are dropped when units are written.
+  // Invariant  each byte is decoded to a unit, as if a character began there. For a character beyond U+FFFF, the unit
+  //            at its first byte is the lead and the unit at its third byte is the trail. The units of other bytes
+  //            are dropped when the units are written.
   template <unsigned most_bytes, std::endian order>
   char* decode_up_to(char* to) const noexcept {
     const std::uint64_t kept = (~non_ascii_ | leads_ | quadruples_ << 2) & (cut() - 1);
@@ -158,7 +159,7 @@ private:
       units = select(units, triple, first, 0xE0);
     }
     if constexpr (most_bytes == 4) {
-      // wwzzzzzzyyyyyyxxxxxx with 0x10000 less -> 110110wwwwzzzzyy 110111yyyyxxxxxx
+      // wwzzzzzzyyyyyyxxxxxx minus 0x10000 -> 110110wwwwzzzzyy 110111yyyyxxxxxx
       const __m256i high = any(shifted(bits(first, 0x07), 8), shifted(low, 2));
       const __m256i lead = any(high, bits(_mm256_srli_epi16(widen(from + 2), 4), 0x03));
       units = select(units, _mm256_add_epi16(lead, all(0xD7C0)), first, 0xF0);
@@ -221,7 +222,7 @@ private:
   static __m256i any(__m256i one, __m256i other) noexcept { return _mm256_or_si256(one, other); }
   static __m256i bits(__m256i units, unsigned which) noexcept { return _mm256_and_si256(units, all(which)); }
   static __m256i shifted(__m256i units, int by) noexcept { return _mm256_slli_epi16(units, by); }
-  // Selects by the first byte, which is sign-extended. For ASCII the result is arbitrary.
+  // Selects by the lead byte, which is sign-extended. For ASCII the result is arbitrary.
   static __m256i select(__m256i below, __m256i at_least, __m256i first, unsigned least) noexcept {
     return _mm256_blendv_epi8(below, at_least, _mm256_cmpgt_epi16(first, all(0xFF00 + least - 1)));
   }

@@ -5,13 +5,13 @@
 
 namespace ku::i18n::detail::avx2 {
 
-/// Which byte of a register comes to each of its places; zero at those behind the last one.
+/// A shuffle of a register: for each byte of the result, the index of the source byte; 0x80 gives a zero byte.
 struct alignas(16) Shuffle {
   std::array<std::uint8_t, 16> from;
 };
 using Shuffles = std::array<Shuffle, 256>;
 
-/// For each mask of 8 bits, the shuffle that moves the bytes together for which `keeps(mask, byte)`.
+/// For each mask of 8 bits, the shuffle that packs the bytes for which `keeps(mask, byte)` is true to the front.
 template <class Keeps>
 constexpr Shuffles make_shuffles(Keeps keeps) {
   Shuffles result{};
@@ -25,20 +25,20 @@ constexpr Shuffles make_shuffles(Keeps keeps) {
   return result;
 }
 
-/// Of the first eight bytes, those whose bit is set.
+/// Keeps those of the first eight bytes whose bit is set.
 inline constexpr Shuffles bytes_kept =
     make_shuffles([](unsigned mask, unsigned byte) { return byte < 8 && (mask >> byte & 1) != 0; });
 
-/// Of eight units of UTF-16, those whose bit is set.
+/// Keeps those of eight UTF-16 units whose bit is set.
 inline constexpr Shuffles units_kept =
     make_shuffles([](unsigned mask, unsigned byte) { return (mask >> byte / 2 & 1) != 0; });
 
-/// Of eight words of two bytes, the first byte, and the second if the word's bit is set.
+/// Keeps the first byte of each of eight two-byte words, and the second byte if the word's bit is set.
 inline constexpr Shuffles one_or_two_bytes =
     make_shuffles([](unsigned mask, unsigned byte) { return byte % 2 == 0 || (mask >> byte / 2 & 1) != 0; });
 
-/// Of four words of four bytes, the first byte, the second if the lower one of the word's two bits is set, the third
-/// if the upper one is.
+/// Keeps the first byte of each of four four-byte words, the second byte if the lower of the word's two bits is set,
+/// and the third byte if the upper bit is set.
 inline constexpr Shuffles up_to_three_bytes = make_shuffles([](unsigned mask, unsigned byte) {
   const unsigned bits = mask >> byte / 4 * 2;
   return byte % 4 == 0 || (byte % 4 == 1 && (bits & 1) != 0) || (byte % 4 == 2 && (bits & 2) != 0);

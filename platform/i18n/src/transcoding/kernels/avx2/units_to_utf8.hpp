@@ -16,7 +16,7 @@ inline __m256i all_units(unsigned unit) noexcept { return _mm256_set1_epi16(stat
 inline __m256i with_bits(__m256i units, unsigned bits) noexcept { return _mm256_and_si256(units, all_units(bits)); }
 inline __m256i any(__m256i one, __m256i other) noexcept { return _mm256_or_si256(one, other); }
 inline bool have_no(__m256i units, unsigned bits) noexcept { return _mm256_testz_si256(units, all_units(bits)) != 0; }
-/// Compares as unsigned numbers.
+/// Compares the units as unsigned numbers.
 inline __m256i are_at_least(__m256i units, unsigned least) noexcept {
   return _mm256_cmpeq_epi16(_mm256_max_epu16(units, all_units(least)), units);
 }
@@ -27,8 +27,8 @@ inline char* put_shuffled(__m128i words, const Shuffles& shuffles, unsigned mask
   return to + least + static_cast<unsigned>(std::popcount(mask));
 }
 
-/// The number of bytes at `to` that `put_short` and `put_units` may overwrite: three bytes for each unit, and a
-/// register after them.
+/// The number of bytes at `to` that `put_short` and `put_units` may overwrite: three bytes for each unit, and the
+/// size of one register after them.
 constexpr std::size_t most_written = 3 * 16 + 16;
 
 /// Writes 16 units below U+0800, and returns the end of the output.

@@ -17,8 +17,8 @@ char byte_of(char16_t unit, const Bytes& bytes) noexcept {
 
 // Looks up every character of a block.
 //
-// Writes     always a block.
-// Returns    the end of the output; null if any byte is zero, either a missing entry or a character.
+// Writes     a whole block, in any case.
+// Returns    the end of the output; null if any byte of the result is zero: a character without an entry, or U+0000.
 char* convert_dense(const Utf8Block& block, const Bytes& bytes, char* to) noexcept {
   constexpr std::size_t step = 8;
   static_assert(Utf8Block::size % step == 0);
@@ -32,10 +32,10 @@ char* convert_dense(const Utf8Block& block, const Bytes& bytes, char* to) noexce
   return zeros(to) << (Utf8Block::size - count) == 0 ? to + count : nullptr;
 }
 
-// Looks up the characters of a block that are not ASCII. The byte of each character replaces its first byte of UTF-8,
-// and its other bytes are dropped.
+// Looks up only the characters of a block that are not ASCII. The code of each of them replaces its first byte of
+// UTF-8, and its other bytes are dropped.
 //
-// Writes     always a block.
+// Writes     a whole block, in any case.
 // Returns    the end of the output; null if any of these characters has no entry.
 char* convert_sparse(const Utf8Block& block, const Bytes& bytes, char* to) noexcept {
   alignas(32) std::array<char16_t, Utf8Block::size> units;
@@ -57,11 +57,10 @@ char* convert_sparse(const Utf8Block& block, const Bytes& bytes, char* to) noexc
 // Reads      a block and the bytes after it that it needs; the loop ends before there are fewer.
 // Writes     a block; the loop ends before there is less room.
 // Stops      at a block with a character that has no entry.
-// Measured   Western 2.6 GB/s, for every processor 1.5; Cyrillic 2.4 and 1.5; Thai 2.6 and 1.6. By the sparse way
-// alone
-//            Cyrillic 2.1, by the dense one alone Western 2.1.
+// Measured   Western 2.6 GB/s, the kernel for all processors 1.5; Cyrillic 2.4 and 1.5; Thai 2.6 and 1.6. With
+//            `convert_sparse` alone Cyrillic 2.1, with `convert_dense` alone Western 2.1.
 ByteCursor utf8_to_single_byte(ByteCursor c, const EncodeRows& rows) noexcept {
-  constexpr int few = 16;  // then both ways take about as long
+  constexpr int few = 16;  // the number for which both functions take about the same time
   const auto* const bytes = rows.bytes.load(std::memory_order_acquire);
   while (bytes != nullptr && c.left() >= Utf8Block::bytes_read && c.room() >= Utf8Block::size) {
     if (is_ascii(c.from)) {
