@@ -1,4 +1,4 @@
-// The catalogue against plain containers, and the texts of errors in every language.
+// Compares the catalogue with standard containers, and checks the texts of errors in every language.
 
 #include "input.hpp"
 

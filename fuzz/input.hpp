@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// Takes apart what the fuzzer offers; of what is missing there is nothing, or zero.
+/// Splits the fuzzer's input into values. After the end of the input, numbers are zero and texts are empty.
 class Input {
 public:
   Input(const std::uint8_t* data, std::size_t size) : bytes_(reinterpret_cast<const char*>(data), size) {}
@@ -19,7 +19,7 @@ public:
     bytes_.remove_prefix(1);
     return byte;
   }
-  /// One of an array.
+  /// One element of an array.
   template <class List>
   const auto& one_of(const List& list) {
     return list[number() % std::size(list)];
@@ -29,7 +29,7 @@ public:
     bytes_.remove_prefix(part.size());
     return std::string(part);
   }
-  /// Up to `most` of an array, in a row.
+  /// Up to `most` elements of an array, concatenated.
   template <class List>
   auto some_of(const List& list, unsigned most) {
     auto result = list[0];
@@ -51,7 +51,7 @@ private:
   std::string_view bytes_;
 };
 
-/// Ends the program, for the fuzzer to see, and tells where.
+/// If `right` is false, prints the place and ends the program, which the fuzzer reports.
 inline void require(bool right, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   if (right) return;
   std::fprintf(stderr, "%s:%d: not as required\n", file, line);

@@ -1,4 +1,4 @@
-// The extension rule against an obvious implementation, and names there and back.
+// Compares the extension rule with a simple implementation, and converts names to paths and back.
 
 #include "input.hpp"
 
@@ -11,7 +11,7 @@ using namespace Korvane::qardatainterfaces;
 
 namespace {
 
-// Walks from the front, where the library searches from the back.
+// Scans from the front, while the library searches from the back.
 std::u16string extension(const std::u16string& whole) {
   std::u16string path(whole.c_str());
   if (path.compare(0, 3, u"//:") == 0) path.erase(0, 3);
@@ -35,7 +35,7 @@ std::u16string extension(const std::u16string& whole) {
   return result;
 }
 
-// Whether no name has the path, or one that has this path and no other.
+// Whether the path has no native name, or a name whose path it is.
 bool isSound(const std::u16string& path) try {
   return QARPath::fromNative(QARPath::toNative(path)) == path;
 } catch (const ku::i18n::CvtExceptionBase&) {

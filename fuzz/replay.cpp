@@ -1,4 +1,4 @@
-// Runs a target on all files of some folders, without the fuzzer.
+// Runs a target on all files in the given folders, without the fuzzer.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Any order of reads from a stream that behaves as badly as it may.
+// Any sequence of reads from a stream that is as inconvenient as its contract allows.
 
 #include "input.hpp"
 #include "support/HostileStream.hpp"
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const std::string bytes = pattern(std::size_t{1} << 15);
   transform.inputs.clear();
 
-  // Reads that give nothing: 100 in a row are too many.
+  // The number of successive empty reads; 100 of them are an error.
   static constexpr int idle[] = {0, 0, 0, 1, 2, 99, 100};
   static constexpr std::size_t most[] = {1, 2, 100, 1000, 8191, 8192, 8193, ~0UL};
   Input input(data, size);
@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   HostileStream::Manners manners{input.one_of(most), input.one_of(idle), input.number() % 16 == 1, ~0UL};
   const bool stalls = manners.idle >= 100;
   if (const auto at = input.number(); at > 0) manners.throws_at = at * 50;
-  const auto length = input.number() * 128UL;  // of not too many reads
+  const auto length = input.number() * 128UL;  // limited, so that the number of reads is limited
   const auto content = bytes.substr(0, manners.most < 256 ? std::min(length, manners.most * 32) : length);
   HostileStream stream(content, manners);
   const auto reader = factory.getReader(transforms ? u"x.t" : u"x", stream);
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           require(whole == content);
         else
           require(content.compare(seen, content.npos, whole) == 0);
-        if (!transforms && reader->readSucceeded()) break;  // the rest has been gathered
+        if (!transforms && reader->readSucceeded()) break;  // nothing is left to read
       }
     } catch (const std::runtime_error&) {
     }

@@ -1,4 +1,4 @@
-// Any text through every converter of the library, against the C library's iconv.
+// Converts any text by every converter of the library, and compares with the C library's iconv.
 
 #include "input.hpp"
 #include "judges.hpp"
@@ -21,12 +21,12 @@ using namespace Korvane::qardatainterfaces;
 using ku::i18n::ConversionLoss;
 using ku::i18n::Transcoder;
 
-/// How the result for an encoding is judged.
+/// How the result for an encoding is checked.
 enum class Judgement {
-  whole,       ///< by iconv, if there are neither losses nor characters that it has otherwise: there are states
-  characters,  ///< by iconv from loss to loss; where iconv has other characters, character by character
-  strict,      ///< by iconv from loss to loss
-  none         ///< only by the other converters: iconv has another idea of the encoding, or none
+  whole,       ///< stateful: the whole text by iconv, if nothing is lost and no character differs from iconv's
+  characters,  ///< the text between the losses by iconv; where iconv differs, character by character
+  strict,      ///< the text between the losses by iconv
+  none         ///< only by the library's other converters: iconv lacks the encoding or defines it in another way
 };
 
 struct Encoding {
@@ -52,7 +52,7 @@ const std::vector<Encoding>& encodings() {
   return all;
 }
 
-/// Made once for each key, since to open a converter takes its time.
+/// Created once for each key, since opening a converter is slow.
 template <class Value, class... Key>
 Value& kept(const Key&... key) {
   static auto& values = *new std::map<std::tuple<Key...>, Value>;
@@ -61,7 +61,7 @@ Value& kept(const Key&... key) {
 
 Iconv& iconv_of(const std::string& name) { return kept<Iconv>(std::string(iconv_name(name))); }
 
-/// What one conversion gives.
+/// The result of one conversion.
 struct Conversion {
   std::string text;
   std::vector<ConversionLoss> losses;
@@ -78,7 +78,7 @@ bool operator==(const Conversion& a, const Conversion& b) {
   return a.text == b.text && std::equal(a.losses.begin(), a.losses.end(), b.losses.begin(), b.losses.end(), is_same);
 }
 
-/// In pieces, each in memory of its size.
+/// Converts in pieces. Each piece is in memory of exactly its size, so that a sanitizer sees reads past its end.
 Conversion convert(const std::string& text, const std::string& from, const std::string& to, std::size_t piece,
                    std::size_t room) {
   Conversion result;
@@ -104,14 +104,15 @@ Conversion convert(const std::string& text, const std::string& from, const std::
   return result;
 }
 
-/// Text without losses, as iconv has it.
+/// Converts text without losses by iconv; none if iconv refuses it.
 std::optional<std::string> by_iconv(const std::string& text, const std::string& from, const std::string& to) {
   if (text.empty()) return "";
   const auto units = iconv_of(from).decode(text);
   return units ? iconv_of(to).encode(*units) : std::nullopt;
 }
 
-/// Text without losses, character by character. The tests compare each character with that of iconv.
+/// Converts text without losses character by character; none if there is a loss. The test `CodePages` compares each
+/// character with iconv.
 std::optional<std::string> by_characters(const std::string& text, const std::string& from, const std::string& to) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
@@ -130,14 +131,14 @@ std::optional<std::string> by_characters(const std::string& text, const std::str
   return result;
 }
 
-/// Whether iconv and the library have this character otherwise.
+/// Whether iconv and the library convert this character differently.
 bool has_otherwise(char32_t code, const std::string& page) {
   const auto theirs = iconv_of(page).encode(code);
   auto& ours = kept<Ours>(page);
   return ours.encode(code) != theirs || (theirs && ours.decode(*theirs) != iconv_of(page).decode(*theirs));
 }
 
-/// What the text becomes if `converter` converts what is between the losses.
+/// Converts the text between the losses by `converter`, and puts the substitute in place of each loss.
 template <class Converter>
 std::optional<std::string> joined(Converter converter, const std::string& text,
                                   const std::vector<ConversionLoss>& losses, const std::string& from,
@@ -157,7 +158,8 @@ std::optional<std::string> joined(Converter converter, const std::string& text,
   return add_until(text.size()) ? result : std::nullopt;
 }
 
-/// Each loss is one to others, too, and all the rest is what they make of it.
+/// Checks that each loss is also a loss for iconv or the converters, and that they convert all other text in the same
+/// way.
 void judge(const std::string& text, const Conversion& conversion, const std::string& from, const std::string& to,
            Judgement judgement) {
   std::size_t at = 0;
@@ -182,7 +184,7 @@ void judge(const std::string& text, const Conversion& conversion, const std::str
   require(joined(by_characters, text, conversion.losses, from, to) == conversion.text);
 }
 
-/// The other way to convert between two encodings, by UTF-16.
+/// Compares with the library's two converters, which convert through UTF-16.
 void check_converters(const std::string& text, const Conversion& whole, const std::string& from,
                       const std::string& to) {
   const auto units = kept<ku::i18n::codecvt_string_to_ustring>(from, true).convert(text.data(), text.size());
@@ -229,7 +231,7 @@ void check_local_transform(const std::string& text, const Conversion& whole, con
   require(Korvane::qardatainterfaces::text(out) == whole.text && output.text().empty() == whole.losses.empty());
 }
 
-/// Any name asks for an encoding, or is refused everywhere.
+/// Any name is either known to all of the library's interfaces, or refused by all of them.
 void check_name(const std::string& name) {
   if (name.empty()) return;  // the local code page
   const auto is_refused = [](auto&& task) {
@@ -246,7 +248,7 @@ void check_name(const std::string& name) {
   const bool refused = is_refused([&] { ku::i18n::codecvt_string_to_ustring(name, true); });
   require(refused == is_refused([&] { Transcoder(name, name); }));
   require(refused == is_refused([&] { Recorder(name, "UTF-8", QARCodePageTransform::OnLoss::fail); }));
-  if (name.find_first_of(std::string_view("@\0", 2)) != name.npos) return;  // a locale cannot have it
+  if (name.find_first_of(std::string_view("@\0", 2)) != name.npos) return;  // not possible in the name of a locale
   ku::i18n::ZrLocale::global(ku::i18n::ZrLocale("en_US." + name));
   require(refused == is_refused([&] {
             const CapturedOutput output;
@@ -265,7 +267,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto& encoding = encodings()[choices % encodings().size()];
   const auto choice = input.number();
   const bool decodes = choice % 2 == 1;
-  // What is converted at once may begin and end anywhere in the text.
+  // The text before the part varies its position relative to the blocks that are converted at once.
   std::string text(input.number(), 'a');
   const auto copies = 1 + input.number() % 8;
   const auto& other = input.one_of(encodings());

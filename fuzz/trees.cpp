@@ -1,4 +1,4 @@
-// Files, links and directories of any name, as the factory sees them and as the system does.
+// Compares the factory with system calls, for files, links and directories of any name.
 
 #include "input.hpp"
 #include "support/ScriptedTransform.hpp"
@@ -24,7 +24,7 @@ namespace {
 constexpr auto no_status = "no status";
 constexpr auto open_failed = "QARDATAINTERFACES_FILE_OPEN_FAILED";
 
-/// The content, or why there is none. Nothing for what might never end.
+/// The expected content, or why there is none. Empty for a file that might never end.
 std::string expected(const std::u16string& path, bool runtime, const std::u16string& registered) try {
   std::u16string name = path.c_str();
   if (name.compare(0, 3, u"//:") == 0) name.erase(0, 3);
@@ -51,7 +51,7 @@ std::string expected(const std::u16string& path, bool runtime, const std::u16str
   if (content.empty()) return "error " + std::to_string(QARFileReader::zero_length);
   if (path.substr(path.size() - 3) != u"qvz") return "content " + content + "!";
   return "content " + ku::i18n::codecvt_ustring_to_string("UTF-8", true).convert(path.data(), path.size()) + "!";
-} catch (const ku::i18n::CvtExceptionBase&) {  // of a name that cannot be
+} catch (const ku::i18n::CvtExceptionBase&) {  // the path has no native name
   return runtime ? open_failed : no_status;
 }
 
@@ -66,7 +66,7 @@ std::string found(QARFileReaderFactory& factory, const std::u16string& path, boo
   do {
     chunks += chunk(*reader, 5, meta);
   } while (reader->more());
-  require(chunks == whole || (chunks == whole.substr(0, 5) && reader->ready() == 0));  // a link has no place in it
+  require(chunks == whole || (chunks == whole.substr(0, 5) && reader->ready() == 0));  // each read restarts a link
   return "content " + whole;
 } catch (const Korvane::rtxi18nutil::DeployedException& e) {
   return e.identifier();
@@ -74,7 +74,7 @@ std::string found(QARFileReaderFactory& factory, const std::u16string& path, boo
   return no_status;
 }
 
-/// A FIFO delivers what is in it, once.
+/// A FIFO delivers its content, once.
 void check_fifo(QARFileReaderFactory& factory, const std::string& native, const std::string& content) {
   const int writer = ::open(native.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
   require(::write(writer, content.data(), content.size()) == static_cast<ssize_t>(content.size()));
@@ -84,7 +84,7 @@ void check_fifo(QARFileReaderFactory& factory, const std::string& native, const 
   require(start + text(reader->readAll()) == content && reader->ready() == QARFileReader::not_good);
 }
 
-/// What one input has made below a directory, which stands as long as the program.
+/// The files created for one input. The directory above them exists until the program ends.
 class Tree {
 public:
   Tree() { std::filesystem::create_directory(root()); }
@@ -137,7 +137,7 @@ private:
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using Kind = Tree::Kind;
   static constexpr Kind kinds[] = {Kind::directory, Kind::file, Kind::fifo, Kind::socket, Kind::link, Kind::nothing};
-  // Few, so that paths and links lead to what is there: `paths` tries all names.
+  // Only a few, so that paths and links often lead to existing files; the target `paths` tries all names.
   static const std::string parts[] = {
       "a",    "b",    "c", "/", "a", "b", ".t", "qvz", "/", ".", "//:", "\xC3\xA9", std::string(256, 'n'),
       "\xFF", {'\0'}, "\n"};
@@ -152,7 +152,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Tree tree;
   std::vector<Asked> asked;
   std::u16string registered;
-  // Links come last, not through each other, and neither they nor names lead out of the tree.
+  // Links are created last and not through each other. Neither links nor names lead out of the tree.
   for (auto kind = Kind::directory; !input.empty() && asked.size() < 2;) {
     const auto choice = input.number();
     kind = std::max(kind, kinds[choice % 6]);

@@ -1,4 +1,4 @@
-// Any bytes as an archive: whatever becomes of it is in the directory, or nowhere.
+// Unpacks any bytes as an archive. All files that it creates must be in the directory.
 
 #include "input.hpp"
 #include "support/CapturedOutput.hpp"
@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Nothing that stands beside it may be touched, and no link in it lead there.
+// Requires that no link in the tree leads out of it.
 void inspect(const fs::path& tree) {
   for (const auto& entry : fs::recursive_directory_iterator(tree)) {
     if (!entry.is_symlink()) continue;
@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(std::distance(fs::directory_iterator(place), {}) == (unpacked ? 2 : 1));
   if (unpacked) try {
       inspect(tree);
-    } catch (const fs::filesystem_error& e) {  // of links that lead in a circle
+    } catch (const fs::filesystem_error& e) {  // circular links
       require(e.code() == std::errc::too_many_symbolic_link_levels);
     }
   fs::remove_all(place);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# fuzz.sh BUILD SECONDS [TARGET...]: lets each fuzzer of the build tree run for that long, as many at a time as there
-# are processors, from its corpus and from what it has found before. What makes one fail is left in BUILD/found, and
-# printed.
+# fuzz.sh BUILD SECONDS [TARGET...]: runs each fuzzer of the build tree for this time, one on each processor at a time.
+# A fuzzer starts with its corpus and the inputs that it found before. An input that makes it fail is printed and kept
+# in BUILD/found.
 set -euo pipefail
 [[ $# -ge 2 && $2 =~ ^[1-9][0-9]*$ ]] || { echo "usage: tools/fuzz.sh BUILD SECONDS [TARGET...]" >&2; exit 2; }
 export build=$1 seconds=$2 corpora
@@ -9,8 +9,8 @@ corpora=$(dirname "$0")/../fuzz/corpus
 shift 2
 [ $# -gt 0 ] || { cd "$corpora" && set -- * && cd "$OLDPWD"; }
 
-# The stacks of all allocations and much memory that waits to be used again would halve the speed. The tests under
-# AddressSanitizer replay the corpora, and look for leaks then.
+# Recording the stacks of all allocations and a large quarantine of freed memory would halve the speed. Leaks are
+# detected when the tests under AddressSanitizer replay the corpora.
 export ASAN_OPTIONS=malloc_context_size=0:quarantine_size_mb=4:detect_leaks=0
 export LC_ALL=C TMPDIR
 TMPDIR=$(mktemp --directory /dev/shm/zrqar.XXXXXX)
@@ -23,12 +23,12 @@ fuzz() {
   if "$build/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=60 -max_len="$longest" -entropic=0 -detect_leaks=0 \
     -print_final_stats=1 -artifact_prefix="$build/found/$target-" "$build/found/$target" "$corpora/$target" >"$log" 2>&1; then
     awk -v target="$target" '/_executed_units:/ { all = $2 } /average_exec_per_sec:/ { each = $2 }
-      END { printf "%-12s %9d executions, %6d a second\n", target, all, each }' "$log"
+      END { printf "%-12s %9d executions, %6d per second\n", target, all, each }' "$log"
     return
   fi
   tail -n 60 "$log"
   sed -n 's/.*Test unit written to //p' "$log" | while read -r input; do
-    printf '\n%s\nTo try it again: %s %s\nIts bytes:\n' "$input" "$build/fuzz/fuzz_$target" "$input"
+    printf '\n%s\nTo run it again: %s %s\nIts bytes:\n' "$input" "$build/fuzz/fuzz_$target" "$input"
     od -An -v -tx1 "$input"
   done
   return 1

@@ -1,4 +1,4 @@
-// Included in front of every source of the mutated tree: which mutant is active in this process.
+// Included before every source of the mutated tree: selects the mutant that is active in this process.
 #pragma once
 
 #include <cstdlib>
@@ -9,9 +9,9 @@
 
 namespace mutation {
 
-// Read once, before anything else of the program or library starts. There is one in each library.
+// Read once, before other code of the program or library runs. Each library has its own object.
 struct [[gnu::visibility("hidden")]] Choice {
-  int active = 0;       // the mutant of this number; 0: none; negative: none, and those met are recorded
+  int active = 0;       // number of the active mutant; 0: none; negative: none, and reached mutants are recorded
   char* met = nullptr;  // a byte for each mutant, in a file that the processes of a test share
 
   Choice() {
@@ -32,12 +32,12 @@ struct [[gnu::visibility("hidden")]] Choice {
   return false;
 }
 
-// Whether that mutant is active.
+// Whether this mutant is active.
 [[gnu::visibility("hidden")]] inline bool mutant(int number) noexcept {
   return choice.active == number || (choice.active < 0 && record(number));
 }
 
-// The same in a constexpr function, where nothing is mutated while the compiler evaluates it.
+// The same for constexpr functions, which are not mutated when the compiler evaluates them.
 [[gnu::visibility("hidden")]] constexpr bool constexpr_mutant(int number) noexcept {
   return !__builtin_is_constant_evaluated() && mutant(number);
 }

@@ -1,11 +1,11 @@
 #!/usr/bin/python3 -B
-"""Changes one place of the library at a time, and tells which changes the tests do not notice.
+"""Changes one place of the library at a time, and prints the changes that no test detects.
 
 usage: mutate.py COPY [FILE...]     COPY is a copy of the tree, whose sources are overwritten, configured in COPY/build;
-                                    FILE is one of its sources; all of the library without
+                                    FILE is one of its sources; without it, the whole library is mutated
 
-All mutants are compiled at once; the environment variable MUTANT chooses one at run time. Each is shown to the tests
-that come by its place, until one fails.
+All mutants are compiled at once; the environment variable MUTANT selects one at run time. Each mutant is tested by the
+tests that reach its place, until one fails.
 """
 import collections
 import concurrent.futures
@@ -27,7 +27,7 @@ JOBS = os.cpu_count()
 
 
 def units(build, wanted):
-    """The translation units to read, each with the options that decide what it means."""
+    """The translation units to parse, each with the compiler options that affect parsing."""
     found = {}
     for entry in json.loads((build / "compile_commands.json").read_text()):
         meaning = []
@@ -48,7 +48,7 @@ def in_parallel(function, all_arguments):
 
 
 def write_mutants(tree, build, sources, chosen):
-    """Writes the chosen sources with those of their mutants that compile; returns these and how many do not."""
+    """Writes the chosen sources with all mutants that compile; returns these, and the number of all mutants."""
     read = units(build, sources if any(name.endswith(".hpp") for name in chosen) else chosen)
     for found in in_parallel(places.find, [(file, options, chosen) for file, options in read]):
         for name, place, kind, changed in sorted(found, key=str):
@@ -70,7 +70,7 @@ def write_mutants(tree, build, sources, chosen):
 
 
 def ask(asked, mutants):
-    """Which test notices each mutant; None if none does."""
+    """Yields each mutant and the name of the test that detects it, or None; prints the undetected ones."""
     everything = suite.Suite(asked)
     with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
         for mutant, killer in zip(mutants, pool.map(everything.killer, mutants)):
@@ -108,15 +108,15 @@ def main():
     with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
         usable = list(pool.map(lambda test: suite.record(test, found), everything))
     asked = [test for test, can_be in zip(everything, usable) if can_be and any(test.met)]
-    progress(f"{len(asked)} tests are asked; not these, which are slow or fail without a mutant:",
+    progress(f"{len(asked)} tests are used; not used, since slow or failing without a mutant:",
              *(test.name for test, can_be in zip(everything, usable) if not can_be))
     all_of, noticed = collections.Counter(), collections.Counter()
     for mutant, killer in ask(asked, mutants):
         all_of[mutant.kind] += 1
         noticed[mutant.kind] += killer is not None
     for kind, count in sorted(all_of.items()):
-        print(f"{kind:10} {noticed[kind]:5} of {count:5} noticed")
-    print(f"{'all':10} {noticed.total():5} of {all_of.total():5} noticed, {noticed.total() / all_of.total():.1%}, in "
+        print(f"{kind:10} {noticed[kind]:5} of {count:5} detected")
+    print(f"{'all':10} {noticed.total():5} of {all_of.total():5} detected, {noticed.total() / all_of.total():.1%}, in "
           f"{processor_time() / 60:.0f} minutes of processor time")
 
 

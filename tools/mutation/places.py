@@ -1,4 +1,4 @@
-"""Finds what can be changed in C++ sources, as clang reads them."""
+"""Finds the places in C++ sources that can be mutated, with libclang."""
 import pathlib
 import re
 import typing
@@ -25,7 +25,7 @@ NUMBER = re.compile(r"\d[\da-fA-FxX']*[uUlLzZ]*|u?8?U?L?'.*'", re.DOTALL)
 
 
 def read(path):
-    """As clang counts: a character for each byte."""
+    """The text of a file with one character for each byte, so that clang's offsets apply."""
     return pathlib.Path(path).read_bytes().decode("latin-1")
 
 
@@ -34,7 +34,7 @@ def parse(path, arguments):
 
 
 def find(path, arguments, wanted):
-    """The changes in the files of `wanted` that a translation unit reads: (file, place, mutant), see Finder.add."""
+    """The mutants in those files of `wanted` that a translation unit includes: (file, place, kind, change)."""
     finders = {}
     for cursor in parse(path, arguments).cursor.get_children():
         name = cursor.location.file.name if cursor.location.file else None
@@ -44,7 +44,7 @@ def find(path, arguments, wanted):
 
 
 def errors(path, arguments, wanted):
-    """Where a translation unit does not compile: for each error, (what, [(file, offset)...]), the nearest one first."""
+    """The errors of a translation unit: (message, [(file, offset)...]), with the place of the error first."""
     found = []
     for error in parse(path, arguments).diagnostics:
         if error.severity >= cindex.Diagnostic.Error:
@@ -55,7 +55,7 @@ def errors(path, arguments, wanted):
 
 
 class Changed(typing.NamedTuple):
-    """What stands in a place instead. A person may be shown something else: where, what there was, what there is."""
+    """The new text of a place. `at`, `before` and `after` are what the report shows, if that is something else."""
     text: str
     at: int = None
     before: str = None
@@ -75,8 +75,8 @@ def end(cursor):
 
 
 class Finder:
-    """Walks through one file. `guard` is the function that has to be asked whether a mutant is active; None outside
-    of functions, where the compiler evaluates."""
+    """Finds the places of one file. `guard` is the name of the function that tells at run time whether a mutant is
+    active; None outside of functions, in code that the compiler evaluates."""
 
     def __init__(self, text):
         self.text = text
@@ -92,7 +92,7 @@ class Finder:
         return self.text[end(cursor):].lstrip()
 
     def add(self, guard, first, last, shape, kind, *replacements):
-        """What can stand in the range from `first` to `last`, which is an expression, a condition or a statement."""
+        """Adds replacements for the range from `first` to `last`; its shape is expression, condition or statement."""
         if guard and first <= last and "\n#" not in self.text[first:last]:
             changes = [each if isinstance(each, Changed) else Changed(each) for each in replacements]
             self.found.update(((first, last, shape, guard), kind, change) for change in changes)
@@ -116,7 +116,7 @@ class Finder:
             self.visit(child, guard)
 
     def is_part_of_type(self, cursor, parent):
-        """Whether it is an argument of a template or the size of an array."""
+        """Whether the cursor is a template argument or the size of an array."""
         around = self.text[start(cursor) - 1:start(cursor)] + self.text[end(cursor):end(cursor) + 1]
         return cursor.kind.is_expression() and ("<" in around or ">" in around or
                                                 around == "[]" and parent.kind in (Kind.VAR_DECL, Kind.FIELD_DECL))
@@ -169,7 +169,7 @@ class Finder:
             add("operator", self.of(cursor).replace(prefix or postfix, "--" if (prefix or postfix) == "++" else "++"))
 
     def binary(self, cursor, children):
-        """Operator and operands; an overloaded operator is a call."""
+        """The operator and its operands; none for an overloaded operator, which is a call."""
         if len(children) > 1 and start(children[0]) == start(cursor) and end(children[-1]) == end(cursor):
             operator = self.text[end(children[0]):start(children[-1])].strip()
             if operator in OPERATORS:
@@ -177,7 +177,7 @@ class Finder:
         return None, None, None
 
     def condition(self, cursor, children, guard):
-        """Of a branch: always, never, and the opposite where no operator gives it. Of a loop: never."""
+        """A branch: always, never, and the opposite condition if no operator mutant gives it. A loop: never."""
         ends = {Kind.IF_STMT: ")", Kind.WHILE_STMT: ")", Kind.DO_STMT: ")", Kind.FOR_STMT: ";",
                 Kind.CONDITIONAL_OPERATOR: "?"}.get(cursor.kind)
         if not ends or re.match(r"if\s+constexpr", self.of(cursor)):
@@ -193,7 +193,7 @@ class Finder:
             self.add(guard, start(child), end(child), "condition", "condition", *replacements)
 
     def dropped(self, parent, children, guard):
-        """Statements that can be left out: calls, assignments, jumps."""
+        """Statements that can be dropped: calls, assignments, jumps."""
         if parent.kind in LOOPS:
             children = children[:1] if parent.kind == Kind.DO_STMT else children[-1:]
         elif parent.kind not in (Kind.COMPOUND_STMT, Kind.IF_STMT, Kind.CASE_STMT, Kind.DEFAULT_STMT):
@@ -202,7 +202,8 @@ class Finder:
             is_jump = child.kind in (Kind.BREAK_STMT, Kind.CONTINUE_STMT) or self.statement(child) == "return;"
             stands_alone = self.after(child).startswith(";") and \
                 self.before(child).endswith((")", "{", "}", ";", ":", "else", "do"))
-            # Without its throw a function could end without a value: the compiler takes that mutant to be impossible.
+            # A throw is kept: without it a function could end without a value, which the compiler assumes to be
+            # impossible.
             is_droppable = is_jump or child.kind.is_expression() and child.kind != Kind.CXX_THROW_EXPR
             if stands_alone and is_droppable:
                 self.add(guard, start(child), self.end_of_statement(child), "statement", "statement", "")
@@ -215,7 +216,7 @@ class Finder:
         return self.text[start(cursor):self.end_of_statement(cursor)]
 
     def order(self, statements, guard):
-        """Neighbours that can change places, and may mean something else then."""
+        """Adjacent statements whose order may matter."""
         runs = [[]]
         for cursor in statements:
             if cursor.kind in BRANCHES or cursor.kind.is_expression() and cursor.kind != Kind.CXX_THROW_EXPR:
@@ -232,13 +233,13 @@ class Finder:
                                      " ".join(reversed(texts[at:at + 2]))))
 
     def depend(self, one, other):
-        """Whether two statements touch the same variable, or one of them may leave."""
+        """Whether two statements use the same variable, or one of them may leave the block."""
         (names, leaves), (names2, leaves2) = self.uses(one), self.uses(other)
         return leaves or leaves2 or any((name + ".").startswith(name2 + ".") or (name2 + ".").startswith(name + ".")
                                         for name in names for name2 in names2)
 
     def uses(self, statement):
-        """The variables that a statement may change, as they are written, and whether it may leave."""
+        """The source text of the variables that a statement may change, and whether it may leave the block."""
         names, leaves, open_ = set(), False, [statement]
         while open_:
             cursor = open_.pop()

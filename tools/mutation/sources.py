@@ -1,4 +1,4 @@
-"""Sources that hold every mutant, and ask at run time which one is active."""
+"""Writes sources that contain every mutant and select the active one at run time."""
 import re
 
 from places import read
@@ -19,12 +19,12 @@ class Mutant:
 
 
 class Source:
-    """A file with its places, each of which has mutants. A place is (start, end, shape, guard), see places.Finder."""
+    """A file and the mutants of each of its places. A place is (start, end, shape, guard), see places.Finder.add."""
 
     def __init__(self, path, name):
         self.path, self.name, self.text = path, name, read(path)
         self.places = {}
-        self.written = []       # what stands where in the file with the mutants: (start, end, mutants)
+        self.written = []       # the ranges of the mutants in the written file: (start, end, mutants)
 
     def add(self, place, kind, changed):
         mutants = self.places.setdefault(place, [])
@@ -35,7 +35,7 @@ class Source:
         return [mutant for place in sorted(self.places) for mutant in self.places[place]]
 
     def write(self):
-        """Each place becomes a choice between its mutants and what was there, which has places of its own."""
+        """Replaces each place by a choice between its mutants and the original text, in which places can be nested."""
         self.order = sorted((place for place in self.places if self.places[place]),
                             key=lambda place: (place[0], -place[1], place[2] == "expression"))
         self.out, self.length, self.written = [], 0, []
@@ -49,7 +49,7 @@ class Source:
     def put_range(self, at, end, index):
         while index < len(self.order) and self.order[index][0] < end:
             place = self.order[index]
-            if place[0] < at:           # crosses the one before it
+            if place[0] < at:           # overlaps the previous place
                 self.places[place] = []
                 index += 1
                 continue
@@ -78,7 +78,7 @@ class Source:
         return index
 
     def drop(self, offset):
-        """Gives up the mutants around what does not compile at that offset; false if there are none."""
+        """Drops the innermost mutants at the offset of a compile error; false if there are none."""
         around = [(end - start, mutants) for start, end, mutants in self.written if start <= offset <= end]
         dropped = list(min(around, key=lambda found: found[0], default=(0, []))[1])
         for place, mutants in self.places.items():

@@ -1,4 +1,4 @@
-"""The tests of a built tree, each of which can be run with a mutant."""
+"""Lists the tests of a built tree, and runs them with a mutant."""
 import collections
 import dataclasses
 import json
@@ -11,10 +11,10 @@ import signal
 import subprocess
 import tempfile
 
-NOT_ASKED = r"CodePages|Instructions|qarread\.names"      # minutes each, in many processes
-SLOWEST = 10            # seconds of processor time; what takes longer is not asked either
-QUICK = 0.3             # seconds; such cases of one program share a process
-MEMORY = 6 << 30        # bytes; some mutants want more and more
+NOT_ASKED = r"CodePages|Instructions|qarread\.names"      # each takes minutes, in many processes
+SLOWEST = 10            # seconds of processor time; slower tests are not run with mutants either
+QUICK = 0.3             # seconds; faster cases of one program share a process
+MEMORY = 6 << 30        # bytes; some mutants allocate without end
 
 
 @dataclasses.dataclass(eq=False)
@@ -23,11 +23,11 @@ class Test:
     command: list
     directory: str
     environment: dict
-    skipped: int            # the exit status that says so
-    program: str = ""       # of GoogleTest
-    case: str = ""          # of that program
-    seconds: float = 0      # of processor time, without a mutant
-    met: bytes = b""        # for each mutant, whether the test comes by
+    skipped: int            # the exit status of a skipped test
+    program: str = ""       # a GoogleTest program
+    case: str = ""          # the filter of this test in that program
+    seconds: float = 0      # processor time without a mutant
+    met: bytes = b""        # for each mutant, whether the test reaches it
 
 
 def tests(build):
@@ -45,8 +45,8 @@ def tests(build):
 
 
 def run(test, environment, limit):
-    """Whether the test passes within so many seconds of processor time, what it printed, and the seconds it needed.
-    What it leaves behind is removed."""
+    """Runs a test with at most `limit` seconds of processor time. Returns whether it passed, its output and its seconds
+    of processor time. Removes the files and processes that it leaves behind."""
     scratch = tempfile.mkdtemp(prefix="mutant.")
     os.chmod(scratch, 0o755)        # for tests that give up the rights of root
     with tempfile.TemporaryFile() as output:
@@ -57,8 +57,8 @@ def run(test, environment, limit):
         ended = os.pidfd_open(process.pid)
         waiting = select.poll()
         waiting.register(ended, select.POLLIN)
-        waiting.poll(1000 * (10 + 20 * limit))      # for what waits without end; a busy machine may be slow
-        os.killpg(process.pid, signal.SIGKILL)      # and all that it has started
+        waiting.poll(1000 * (10 + 20 * limit))      # ends tests that wait for ever; generous for busy machines
+        os.killpg(process.pid, signal.SIGKILL)      # with all processes that it started
         os.close(ended)
         _, status, used = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
@@ -69,7 +69,7 @@ def run(test, environment, limit):
 
 
 def record(test, mutants):
-    """Runs a test without a mutant: sets its time and the mutants that it meets. Whether it can be asked."""
+    """Runs a test without a mutant: sets its time and the mutants that it reaches. Returns whether it can be used."""
     with tempfile.NamedTemporaryFile() as shared:
         os.chmod(shared.name, 0o666)
         shared.truncate(mutants + 1)
@@ -79,7 +79,7 @@ def record(test, mutants):
 
 
 def together(cases):
-    """The cases of one program, run by one process up to the first failure."""
+    """One test that runs the cases of one program in one process, up to the first failure."""
     one = cases[0]
     chosen = "--gtest_filter=" + ":".join(case.case for case in cases)
     return dataclasses.replace(one, command=[one.program, chosen, "--gtest_fail_fast", *one.command[2:]], case="",
@@ -87,7 +87,7 @@ def together(cases):
 
 
 def batches(asked):
-    """Tests that find out together what these find out, the quickest first."""
+    """The same tests with the quick cases of each program combined, the quickest first."""
     programs = collections.defaultdict(list)
     alone = []
     for test in asked:
@@ -96,14 +96,14 @@ def batches(asked):
 
 
 class Suite:
-    """Finds a test that notices a mutant. What has noticed others of the same file is asked first."""
+    """Finds a test that detects a mutant. Tests that detected other mutants of the same file run first."""
 
     def __init__(self, asked):
         self.asked = asked
-        self.noticed = collections.defaultdict(list)        # file: tests, the last one first
+        self.noticed = collections.defaultdict(list)        # file: tests, the most recent one first
 
     def killer(self, mutant):
-        """The name of the test that noticed, or None."""
+        """The name of the test that detects the mutant, or None."""
         meet = [test for test in self.asked if test.met[mutant.number]]
         first = [test for test in self.noticed[mutant.source.name] if test in meet][:4]
         for test in [*first, *batches([test for test in meet if test not in first])]:
