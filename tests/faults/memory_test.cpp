@@ -39,13 +39,12 @@ const std::string long_text(100, 'x');
 const std::u16string long_name(100, u'n');
 constexpr auto conversion_failed = "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER";
 
-// The texts of the ids, or their names if there was no memory for the texts.
+// The texts of the ids, or the names of the ids if there was no memory for the texts.
 bool is_named(const DeployedException& error, const std::string& name) {
   return error.identifier() == name && (error.what() == name || std::strlen(error.what()) > 20);
 }
 
-// Whether the operation succeeded. `error` is another exception than `std::bad_alloc` that a lack of memory may
-// cause.
+// Whether the operation succeeded. A lack of memory may cause `std::bad_alloc` or the exception `error`.
 template <class Work>
 bool attempt(Work work, std::size_t n, std::size_t period, const std::string& error, bool& failed) {
   try {
@@ -62,8 +61,8 @@ bool attempt(Work work, std::size_t n, std::size_t period, const std::string& er
   }
 }
 
-// In a process that has not done anything yet: each child process finds everything still to be set up, in ICU as
-// well.
+// Runs in a process that has done nothing before, so each child process still has to initialise everything, including
+// ICU.
 TEST(OutOfMemory, IsForgottenAfterTheVeryFirstCall) {
   const auto content = pattern(3000);
   for (const std::string encoding :
@@ -125,12 +124,12 @@ struct World {
   std::string seen() {
     using qardatainterfaces::seen;
     auto rest = data;
-    rest.getFileMap().erase(replaced);  // which may be gone
+    rest.getFileMap().erase(replaced);  // which the operation may have removed
     return made + seen(units) + seen(bytes) + seen(meta) + seen(record) + seen(context) + seen(rest) + read() +
            ZrLocale::global().name() + (factory.willBeTransformed(u"x.a") ? "handled" : "not");
   }
 
-  // The chunk that was read, and all that can still be.
+  // The chunk that was read, and the rest of the content.
   std::string read() {
     if (!reader) return "";
     auto all = std::to_string(count) + buffer.substr(0, count);
@@ -178,7 +177,7 @@ void fail_each_allocation(const Operation& operation, std::size_t period) {
     if (operation.prepare) operation.prepare(*world);
     return world;
   };
-  const bool keeps = !operation.prepare;  // the answers of a reader change it
+  const bool keeps = !operation.prepare;  // operations on a reader change its state
   auto reference = make();
   const auto before = keeps ? reference->seen() : "";
   operation.work(*reference);
@@ -320,7 +319,7 @@ TEST(OutOfMemory, IsToldAsItIsOnceAStageIsTolerant) {
     try {
       UTF8ToLCPTransform().transform(in, out, meta);
       Allocator::stop_failing();
-      through = Allocator::so_far().failed - before == 1;  // a line that is not written stops nothing
+      through = Allocator::so_far().failed - before == 1;  // without memory for the notice, the operation goes on
     } catch (const DeployedException&) {
       Allocator::stop_failing();
       EXPECT_EQ(output.text(), "") << period;
@@ -332,7 +331,7 @@ TEST(OutOfMemory, IsToldAsItIsOnceAStageIsTolerant) {
   EXPECT_GT(tolerant, 0);
 }
 
-// The error for a path that cannot be opened has the path, if there is memory for it.
+// The error for a path that cannot be opened contains the path if there is memory for it.
 void open(World& w, const std::u16string& path, bool runtime) try {
   const auto reader = runtime ? w.factory.getRuntimeReader(path) : w.factory.getReader(path);
   w.made = reader->getTransformId() + text(reader->readAll());
@@ -348,7 +347,7 @@ TEST(OutOfMemory, LosesNothingOfWhatIsRead) {
   const TemporaryDirectory directory;
   const std::vector<std::u16string> extensions{u".a", u"." + long_name};
   const auto add = [&](World& w) {
-    auto* const transform = new LCPToUTF8Transform;  // which may fail itself
+    auto* const transform = new LCPToUTF8Transform;  // this may fail, too
     w.factory.addFileTypeHandler(extensions, transform);
   };
   std::vector<Operation> operations = {{"handler", add}};

@@ -1,4 +1,4 @@
-// Each system call of each way to read fails once, with each error, or delivers less than it was asked for.
+// For each way to read, each system call fails once with each error, or delivers less than requested.
 
 #undef _FORTIFY_SOURCE  // fortified headers define some of these functions themselves
 
@@ -32,7 +32,7 @@ constexpr int cut_short = -1;
 // The fault to inject into the library's system calls, which all come here.
 struct Fault {
   std::size_t countdown = 0;             // 0: nothing; 1: the next call
-  std::vector<int> errors = {};          // of that call and of those behind it
+  std::vector<int> errors = {};          // of that call and of the next ones
   std::vector<std::string> struck = {};  // the names of these calls
 } fault;
 std::size_t injected = 0;
@@ -51,7 +51,7 @@ int strike(const char* call) {
 template <class... Arguments>
 long perform(int error, long number, Arguments... arguments) {
   if (error == 0 || error == cut_short) return ::syscall(number, arguments...);
-  if (number == SYS_close) ::syscall(number, arguments...);  // it is closed whatever it says
+  if (number == SYS_close) ::syscall(number, arguments...);  // even a failed close closes the file
   errno = error;
   return -1;
 }
@@ -76,12 +76,12 @@ extern "C" {
 int open(const char* path, int flags, ...) {
   va_list rest;
   va_start(rest, flags);
-  const auto mode = va_arg(rest, unsigned);  // whatever that is if there is none
+  const auto mode = va_arg(rest, unsigned);  // arbitrary if it was not passed
   va_end(rest);
   if (const auto before = std::exchange(before_next_open, nullptr)) before();
   return static_cast<int>(call("open", SYS_open, path, flags, mode));
 }
-int __open_2(const char* path, int flags) { return open(path, flags); }  // what hardened code calls
+int __open_2(const char* path, int flags) { return open(path, flags); }  // called by hardened code
 int close(int handle) { return static_cast<int>(call("close", SYS_close, handle)); }
 int fstat(int handle, struct stat* to) noexcept { return static_cast<int>(call("fstat", SYS_fstat, handle, to)); }
 int lstat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("lstat", SYS_lstat, path, to)); }
@@ -132,16 +132,16 @@ class SystemCalls : public testing::Test {
 protected:
   SystemCalls() { factory.addFileTypeHandler({u".t", u".qvz"}, new ScriptedTransform(ScriptedTransform::copy)); }
 
-  // Content, or how there comes to be none.
+  // The content, or the error.
   std::string read(const Way& way, const std::u16string& path) try {
     return way(factory, path);
   } catch (const rtxi18nutil::DeployedException& e) {
     return e.identifier();
-  } catch (const std::exception& e) {  // of the status queries
+  } catch (const std::exception& e) {  // thrown by the status queries
     return "refused: " + std::string(e.what());
   }
 
-  // The n-th call fails, and those behind it if there are more errors. Whether there were as many.
+  // Lets the n-th call fail, and the next ones if there are more errors. Returns whether there were that many calls.
   bool fails_without_harm(const Way& way, const std::u16string& path, std::size_t n, const std::vector<int>& errors) {
     const auto open_files = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
     fault = {};
@@ -236,7 +236,7 @@ TEST_F(SystemCalls, LeaveTheContentOfAPipeThatBreaks) {
       const auto reader = factory.getRuntimeReader({path.begin(), path.end()});
       ::close(ends[0]);
       ::close(ends[1]);
-      fault = {n + 1, {error}};  // after the question for the place
+      fault = {n + 1, {error}};  // after the query of the position
       const auto whole = text(reader->readAll());
       EXPECT_THAT(std::exchange(fault, {}).struck, testing::ElementsAre("read"));
       EXPECT_EQ(whole, expected);
@@ -255,7 +255,7 @@ TEST_F(SystemCalls, FindFilesThatGrowShrinkAndVanishAtEachRead) {
         const auto reader = factory.getReader(directory.file("name", content.substr(0, sizes[first])));
         before_each_read = [&, next = first]() mutable {
           next += step;
-          if (++reads % 13 == 0) std::filesystem::remove(directory.native("name"));  // the reader keeps the old one
+          if (++reads % 13 == 0) std::filesystem::remove(directory.native("name"));  // the reader has it open
           directory.file("name", content.substr(0, sizes[next % 6]));
         };
         std::string all = chunk_size == 0 ? text(reader->readAll()) : "";

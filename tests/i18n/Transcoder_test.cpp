@@ -1,5 +1,5 @@
-// The transcoder against the two converters, one after the other, which know nothing of its tables and kernels. What
-// it tells of losses is compared with lists in tests/transforms/losses.txt.
+// Compares the transcoder with the two converters, one after the other, which do not use its tables and kernels. The
+// reported losses are compared with lists in tests/transforms/losses.txt.
 
 #include <CodePageSurvey.hpp>
 #include <ku/i18n/Transcoder.hpp>
@@ -62,8 +62,8 @@ std::string described(const ConversionLoss& loss) {
   return text.str();
 }
 
-/// Pieces of `slice` bytes, and room for `room` bytes. Their ends are seen by a sanitizer, and that of the room by
-/// the mark behind it.
+/// Converts in pieces of `slice` bytes, with room for `room` bytes. A sanitizer sees accesses past their ends; the
+/// mark after the room detects writes past its end.
 Result by_transcoder(const std::string& from, const std::string& to, const std::string& text, std::size_t slice,
                      std::size_t room, bool locates) {
   static const std::string mark = "the end of the room";
@@ -78,11 +78,11 @@ Result by_transcoder(const std::string& from, const std::string& to, const std::
     out.shrink_to_fit();
     const bool last = offered == text.size();
     const auto step = transcoder.convert(piece.data(), piece.size(), last, out.data(), room);
-    EXPECT_TRUE(std::equal(mark.begin(), mark.end(), out.data() + room)) << "written behind the room";
+    EXPECT_TRUE(std::equal(mark.begin(), mark.end(), out.data() + room)) << "written past the end of the room";
     result.bytes.append(out.data(), step.written);
     consumed += step.consumed;
     if (!step.done) continue;
-    EXPECT_LT(offered - consumed, 5U) << "a character that is cut is short";
+    EXPECT_LT(offered - consumed, 5U) << "only an incomplete character may remain";
     if (last) {
       EXPECT_EQ(consumed, text.size());
       result.lossy_input = transcoder.has_substituted_input();
@@ -110,7 +110,7 @@ void PrintTo(const Case& c, std::ostream* out) { *out << c.source << " to " << c
 
 class Windows : public testing::TestWithParam<Case> {};
 
-// Kernels go by windows and blocks: every fragment has to be converted alike wherever it stands in one.
+// Kernels work on blocks: every fragment must be converted in the same way at every place in a block.
 TEST_P(Windows, ConvertEveryFragmentAlikeWhereverItStands) {
   std::vector<std::string> fragments;
   for (int byte = 0; byte < 0x100; ++byte) fragments.emplace_back(1, static_cast<char>(byte));
@@ -133,7 +133,7 @@ TEST_P(Windows, ConvertEveryFragmentAlikeWhereverItStands) {
     }
 }
 
-// In the midst of each filling. Before that, the tables learn what there is.
+// Each character between fillings. The tables are filled with all characters first.
 TEST_P(Windows, ConvertEveryCharacterAndTellWhichAreLacking) {
   const auto& [source, target, fillings] = GetParam();
   codecvt_ustring_to_string to_source(source, false), to_target(target, false);
@@ -149,7 +149,7 @@ TEST_P(Windows, ConvertEveryCharacterAndTellWhichAreLacking) {
   std::vector<std::pair<std::string, std::string>> characters;
   std::string learnt;
   std::size_t lacking = 0;
-  for (char32_t code = 1; code <= 0x10FFFF; code += code < 0x10000 ? 1 : 0xFF) {  // which meets the end of each plane
+  for (char32_t code = 1; code <= 0x10FFFF; code += code < 0x10000 ? 1 : 0xFF) {  // includes the end of each plane
     const auto bytes = encoded(to_source, to_utf16(code));
     if (!bytes) continue;
     const auto expected = encoded(to_target, from_source.convert(bytes->data(), bytes->size()));
@@ -178,7 +178,7 @@ TEST_P(Windows, ConvertEveryCharacterAndTellWhichAreLacking) {
   }
 }
 
-// ASCII up to the end of the room, or a few bytes short of it, and then each of the fillings.
+// ASCII that ends at the end of the room or up to 9 bytes before it, followed by each filling.
 TEST_P(Windows, KeepWithinTheRoom) {
   const auto& [source, target, fillings] = GetParam();
   for (const auto& filling : fillings)
@@ -211,7 +211,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class Pieces : public testing::TestWithParam<std::string> {};
 
-// What becomes of a text does not depend on how it is cut, on how much room there is, or on who listens.
+// The result does not depend on how the text is divided, on the size of the room, or on whether losses are reported.
 TEST_P(Pieces, DoNotMatter) {
   const auto& page = GetParam();
   const std::string units =
@@ -241,7 +241,7 @@ TEST_P(Pieces, DoNotMatter) {
   for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
     const auto expected = by_converters(page, "UTF-8", bytes.substr(0, cut));
     ASSERT_EQ(by_transcoder(page, "UTF-8", bytes.substr(0, cut), 1, 64, false), expected) << cut;
-    // Each byte adds a character or makes the end malformed. Exceptions are shifts and the end of Base64 in UTF-7.
+    // Each byte completes a character or makes the end malformed, except shifts and the end of Base64 in UTF-7.
     const bool is_complete = cut > 0 && !before.lossy_input && !expected.lossy_input;
     if (is_complete && static_cast<unsigned char>(bytes[cut - 1]) > ' ' && page != "UTF-7") {
       EXPECT_NE(expected.bytes, before.bytes) << cut;
@@ -250,7 +250,7 @@ TEST_P(Pieces, DoNotMatter) {
   }
 }
 
-// Every character of the page at the end of rooms of every size.
+// Every character of the page reaches the end of rooms of several sizes.
 TEST_P(Pieces, KeepWithinTheRoom) {
   const auto& page = GetParam();
   std::u16string units;

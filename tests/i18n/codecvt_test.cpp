@@ -11,7 +11,7 @@ namespace {
 
 std::string at(std::initializer_list<int> bytes) { return {bytes.begin(), bytes.end()}; }
 
-// The Unicode standard's table 3-7, well-formed UTF-8 byte sequences, and U+FFFD for each maximal subpart.
+// Well-formed byte sequences according to the Unicode standard's table 3-7, and U+FFFD for each maximal subpart.
 std::u16string slow_decode_utf8(const std::string& text) {
   static constexpr struct {
     int first, last, second_first, second_last;
@@ -56,7 +56,7 @@ TEST(Utf8, IsJudgedByTheTableAtEveryBorder) {
       if (expected.find(u'\xFFFD') == std::u16string::npos) {
         ASSERT_EQ(strict.convert(texts[i].data(), length), expected);
         ASSERT_EQ(back.convert(expected.data(), expected.size()), texts[i]);
-      } else if (length < 4 || i % 7 == 0) {  // exceptions take their time
+      } else if (length < 4 || i % 7 == 0) {  // exceptions are slow
         ASSERT_THROW(strict.convert(texts[i].data(), length), CvtInvalidCharacter)
             << testing::PrintToString(texts[i]);
       }
@@ -75,7 +75,7 @@ bool refuses(const std::string& encoding, bool tolerant) try {
   return std::string(error.what()).find('"' + plain) != std::string::npos;
 }
 
-// Python's codecs replace the lead byte alone in each of these.
+// In each of these, Python's codecs replace only the lead byte.
 TEST(Malformed, LeadBytesTakeNoAsciiWithThem) {
   const struct {
     const char *encoding, *bytes;

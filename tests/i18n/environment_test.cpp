@@ -59,7 +59,7 @@ TEST(ZrLocale, WantsMessagesInTheLanguagesOfTheEnvironment) {
     });
 }
 
-// localedef makes the locales in a folder that LOCPATH names.
+// localedef creates the locales in the folder LOCPATH.
 TEST(ZrLocale, TakesTheEncodingOfTheInstalledLocaleWhereItsNameHasNone) {
   const TemporaryDirectory directory;
   const auto define = [&](const std::string& name, const std::string& encoding) {
@@ -96,7 +96,7 @@ TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {
       EXPECT_EQ(to_string(u"ab"), native);
       EXPECT_EQ(Traits::to_internal(native), u"ab");
     });
-  for (const auto* const locale : {"C", "de_DE", "de_DE.no-such-encoding"})  // where none is known, UTF-8
+  for (const auto* const locale : {"C", "de_DE", "de_DE.no-such-encoding"})  // UTF-8 if the encoding is unknown
     in_environment({{"LANG", locale}}, [] { EXPECT_EQ(Traits::to_external(u"\u00FC"), "\xC3\xBC"); });
 }
 

@@ -66,7 +66,7 @@ TEST(Allocations, ChunksTakeOneBuffer) {
   EXPECT_LE(spent.bytes, 64 * KiB + 64);
 }
 
-// What it delivers is kept if it has been made whole, and nothing of what led to it.
+// A reader keeps the content if the content was made as a whole, and no intermediate storage.
 TEST(Allocations, AReaderKeepsWhatItDeliversAndNothingElse) {
   const std::string content(MiB, 'x');
   const auto on_pipe = [&](QARFileReaderFactory& factory, const char* extension) {
@@ -87,7 +87,7 @@ TEST(Allocations, AReaderKeepsWhatItDeliversAndNothingElse) {
   for (const std::string source : {"file", "pipe", "stream", "stalling stream"})
     for (const std::string extension : {"", ".t"})
       for (const bool whole : {false, true})
-        for (int round = 0; round < 2; ++round) {  // what the first one sets up is not the reader's
+        for (int round = 0; round < 2; ++round) {  // the first round also initialises caches
           SCOPED_TRACE(source + extension + (whole ? ", whole" : ", by chunks"));
           const bool stalls = source == "stalling stream";
           HostileStream stream(content, {~0UL, stalls ? 100 : 0});

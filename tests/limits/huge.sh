@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# huge.sh QARREAD HUGE: texts beyond 2 GiB, too slow and too large for every run: 7 GiB of memory, 7 GiB of disk.
+# huge.sh QARREAD HUGE: tests texts of more than 2 GiB. Needs 7 GiB of memory and 7 GiB of disk, too much for every run.
 set -eu  # not pipefail: what is endless is broken off
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 page=de_DE.ISO-8859-1 length=$(((1 << 31) + 12345))
 
-# Every hundredth letter is not ASCII.
+# One letter in a hundred is not ASCII.
 yes "$(printf '%*s' 99 '' | tr ' ' a)" | tr '\n' '\351' | head -c $length >"$work/x.lcp"
 "$1" --locale $page --lcp-to-utf8 lcp "$work/x.lcp" >"$work/x.utf8"
 [ "$(stat --format=%s "$work/x.utf8")" = $((length + length / 100)) ]

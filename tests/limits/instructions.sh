@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# instructions.sh TRANSCODE: what the processor executes for each byte of a mebibyte that is converted, by the transforms
-# of the local code page; and that a transform of named encodings, which reports losses, takes hardly more where there
-# are none. The start of the program is left out: it is that of converting twice without that of converting once.
+# instructions.sh TRANSCODE: limits the number of instructions for each byte that the transforms of the local code page
+# convert. A transform of named encodings, which reports losses, may need 2 % more for text without losses. The start of
+# the program is not counted: converting once is subtracted from converting twice.
 set -uo pipefail
 
-# count WAY FROM TO SCRIPT TIMES
+# count WAY FROM TO SCRIPT TIMES: the instructions of a whole process
 count() {
   local output
   output=$(valgrind --tool=callgrind --callgrind-out-file=/dev/null "$transcode" "$@" 2>&1) &&

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""What qarread --check finds, against what Python's codecs say: losses_test.py QARREAD CASE
+"""Compares the findings of qarread --check with Python's codecs: losses_test.py QARREAD CASE
 
-Each case is a conversion. Texts with every kind of offence at every place of interest are written to files, and
-qarread reads them all at once. For each file Python's strict codecs, which tell where they stop and why, say what
-must come out: the places, their lines and columns, the counts, and whether the file comes back.
+Each case is a conversion. The test writes files with every kind of offence at every place of interest, and runs
+qarread once for all of them. For each file, Python's strict codecs, which report where and why they fail, give the
+expected result: the places, their lines and columns, the counts, and whether the file comes back.
 """
 
 import codecs
@@ -15,9 +15,9 @@ import tempfile
 
 MOST_PLACES = 16
 
-# Of each case: the encodings, by the names of qarread and of Python; plain text, all of which the target has; offences
-# that both programs see alike, malformed ones and characters that the target lacks; and what an incomplete character
-# may look like at the end.
+# Each case has: the encodings, by the names of qarread and of Python; plain text without losses; offences that qarread
+# and Python treat alike, which are malformed sequences and characters that the target lacks; and incomplete characters
+# for the end of a text.
 CASES = {
     "utf8_to_latin1": ("UTF-8:ISO-8859-1", "utf-8", "latin-1", "Größe ab\tÿ\n",
         [b"\xff", b"\xc3(", b"\xe2\x82", b"\xed\xa0\x80", b"\xf4\x90\x80\x80", b"\xc0\xaf", b"\x80\xbf", b"\xf0\x9f\x98(",
@@ -56,7 +56,7 @@ CASES = {
         [b"\x0e\x30\x21\x30\x22\x0f"], []),
 }
 
-# A designator that a text begins with, and which is no character.
+# A designator at the start of a text, which is not a character.
 HEADERS = {"iso2022_kr": b"\x1b$)C"}
 
 
@@ -82,7 +82,7 @@ def characters(data, codec):
 
 
 def expected(data, from_codec, to_codec):
-    """The part of a JSON record that tells of losses; and the text, if nothing is malformed."""
+    """The member `losses` of the JSON record; and the decoded text, or None if anything is lost."""
     places, counts, text, line, column = [], {"malformed": 0, "unmappable": 0}, "", 1, 1
     for offset, length, character in characters(data, from_codec):
         kind = "malformed" if character is None else "" if is_in(character, to_codec) else "unmappable"
@@ -105,12 +105,12 @@ def is_in(character, codec):
 
 
 def encode(text, codec):
-    """Without the header of a text."""
+    """Encodes `text` without the header."""
     return text.encode(codec).removeprefix(HEADERS.get(codec, b""))
 
 
 def samples(codec, plain, offences, endings):
-    """Yields the contents of the files, which lack their header."""
+    """Yields the contents of the files, without their header."""
     text, one, newline = (encode(part, codec) for part in (plain, "x", "\r\n"))
 
     def filling(size):
@@ -123,12 +123,12 @@ def samples(codec, plain, offences, endings):
         yield offence + text
         yield text + offence
         yield text + newline + offence + newline + offence + text
-        # At every place of the windows that the engine takes a text in.
+        # At every place of the blocks in which the library converts a text.
         for first in range(0, 64, MOST_PLACES):
             yield b"".join(filling(64) + one * extra + offence for extra in range(first, first + MOST_PLACES))
         for count in (MOST_PLACES - 1, MOST_PLACES + 1, 200):
             yield (text + offence) * count + text
-    # About the borders of blocks, of input and of output.
+    # Around the borders of blocks, of input and of output.
     for number in range(max(12, len(offences))):
         for border in (4096, 16384):
             offence = offences[number % len(offences)]

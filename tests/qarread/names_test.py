@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Names of any bytes, and very many of them: names_test.py QARREAD"""
+"""Names with any bytes, and a very large number of names: names_test.py QARREAD"""
 
 import json
 import os
@@ -10,7 +10,7 @@ import sys
 import tempfile
 
 PROGRAM = os.path.realpath(sys.argv[1]).encode()
-# Bytes that mean something to a terminal, a shell, JSON, the program or an encoding.
+# Bytes that have a meaning for a terminal, a shell, JSON, the program or an encoding.
 INTERESTING = bytes.fromhex("01090a1b2022272a2c2d2e3a5b5c5d7b7d7e7f80858a939fa0a1bfc0c2c3d0dfe0e2edeff0f4f8fcfeff")
 LONG = [byte * 255 for byte in (b"\xff", b"\n", b"\x1b", b"\xc3", b"x", b"\\")] + ["é".encode() * 127, b"x,y.[ab]"]
 OPTIONS = [b"-r", b"--stat", b"--help", b"--chunk=0", b"--nonsense", b"---", b"-\xff", b"- x", b"-!", b"[a,b]", b"%s"]
@@ -23,7 +23,7 @@ def names():
 
 
 def make(folder, all_names):
-    """Files that hold their names."""
+    """Creates a file for each name, with the name as content."""
     os.mkdir(folder)
     for name in all_names:
         with open(os.path.join(folder, name), "wb") as file:
@@ -50,14 +50,14 @@ def check_content():
 
 
 def check_mark():
-    """What the factory leaves out at the start of a name."""
+    """A name that begins with the prefix which the factory drops."""
     with open("short.mark", "w") as decoy:
         decoy.write("decoy")
     assert b"decoy" not in run("//:short.mark").stdout
 
 
 def check_lines():
-    """One line a name, with no character that could do anything to a terminal."""
+    """There is one line for each name, without any character that could control a terminal."""
     printable = re.compile(r"[^\x00-\x1f\x7f-\x9f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]*")
     count = len(list(names()))
     for arguments, rows in ((("--stat",), count + 1), (("--catalogue",), count),
@@ -71,7 +71,7 @@ def check_lines():
 
 
 def check_json():
-    """The names come back from JSON, whatever the locale; names that are no UTF-8 as digits."""
+    """JSON has the exact names in every locale; names that are not UTF-8 appear as digits."""
     for locale in "C.UTF-8", "ja_JP.SJIS":
         for mode in "--stat", "--check":
             found = run("-r", mode, "--json", "short", locale=locale)
@@ -91,7 +91,7 @@ def is_utf8(name):
 
 
 def check_multitude():
-    """10^5 files, with little memory and few open files."""
+    """10^5 files, with limits on memory and on open files."""
     def limit():
         if "SANITIZED" not in os.environ:  # sanitizers reserve more
             resource.setrlimit(resource.RLIMIT_AS, (200 << 20, 200 << 20))

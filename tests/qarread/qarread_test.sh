@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Tests of the example program as a shell sees it: tests/qarread/qarread_test.sh PROGRAM DEMO
-# shellcheck disable=SC2002,SC2053,SC2059,SC2086  # patterns, formats and lists of arguments are passed about in variables
+# Tests of the example program from the command line: tests/qarread/qarread_test.sh PROGRAM DEMO
+# shellcheck disable=SC2002,SC2053,SC2059,SC2086  # patterns, formats and lists of arguments are in variables
 set -uo pipefail
 program=$(realpath "$1") demo=$(realpath "$2") manual=$(realpath "$(dirname "$0")/../../docs/qarread.1")
 work=$(mktemp -d)
@@ -26,7 +26,7 @@ expect() {
 }
 with=(env)
 
-# table ERRORS STATUS ROWS ARGUMENT...: the rows of --stat without their header, blanks squeezed.
+# table ERRORS STATUS ROWS ARGUMENT...: ROWS are the lines of --stat without the header, with single blanks.
 table() {
   local status=0 errors=$1 wanted=$2 rows=$3
   shift 3
@@ -37,7 +37,7 @@ table() {
   [[ $(<"$work/err") == $errors ]] || wrong "errors: $(cat -v "$work/err")"
 }
 
-# Content, bit for bit: NUL bytes, text that is not UTF-8, chunks of any size.
+# The content is exact: NUL bytes, text that is not UTF-8, chunks of any size.
 for byte in {0..255}; do printf "\\x$(printf %x "$byte")"; done >bytes
 cat bytes <(seq 100000) bytes >long
 : >empty.txt
@@ -49,7 +49,7 @@ for chunk in 1 255 65536 65537 9999999; do
 done
 expect 0 nowhere/at/all '' --chunk 2 dangling
 
-# Code pages; the library's notice never mixes with the content.
+# Code pages; the library's notices never mix with the content.
 printf 'Gr\xfc\xdfe\n' >latin1.txt
 printf '\x93\xfa\x96\x7b\x8c\xea\n' >sjis.txt
 printf '\x93\xfa\xff\n' >broken.txt
@@ -77,7 +77,7 @@ ln -s latin1.txt link.txt
 table '' 0 'transform lcp-to-utf8 6 8 ok link.txt' $latin1 --runtime --lcp-to-utf8 txt link.txt
 table '' 0 'link - 10 10 ok link.txt' $latin1 --lcp-to-utf8 txt link.txt
 
-# Encodings by name, and what is refused: of a path that fails, nothing is written.
+# Encodings by name, and refused conversions: no content of a failed path is written.
 expect 0 'br\xfbl\xe9e ?4\n' 'qarread: euro.log: UTF-8 to ISO-8859-1: 0 malformed, 1 not in the code page, first at byte 9' \
   --transcode UTF-8:ISO-8859-1:txt,log --transcode UTF-8:UTF-16LE:log euro.log
 expect 0 'br\xfbl\xe9e \x804\n' '' --strict --transcode UTF-8:CP1252:log --utf8-to-lcp log euro.log
@@ -89,7 +89,7 @@ table '' 0 'transform UTF-8 to CP1252 14 10 ok euro.log' --transcode UTF-8:CP125
 printf '\xff\xfe' >mark.txt
 expect 1 '' 'qarread: mark.txt: cannot be converted (UTF-16 to UTF-8)' --transcode UTF-16:UTF-8:txt mark.txt
 
-# What would be lost, and what would come back otherwise though nothing is lost.
+# Losses; and a file that does not come back byte for byte although nothing is lost.
 printf '\xed\x40\n' >twice.txt
 expect 0 'latin1.txt: comes back byte for byte\n' '' --check $latin1 --lcp-to-utf8 txt latin1.txt bytes dangling empty.txt
 expect 1 'euro.log:1:8: U+20AC is not in ISO-8859-1\neuro.log: does not come back byte for byte\n' \
@@ -102,7 +102,7 @@ with=(env)
 expect 0 '{"path":"bytes","reader":"plain","transform":null,"in":256,"out":256,"status":"ok"}\n' '' --json --stat bytes
 expect 1 '{"path":"mark.txt","reader":"transform","transform":"UTF-16 to UTF-8","in":2,"out":null,"status":"transform_failed","reversible":null,"losses":null}\n' '*' --json --check --transcode UTF-16:UTF-8:txt mark.txt
 
-# A path that fails is one line, and the others still run.
+# Each path that fails has one line of errors, and the others are still read.
 mkdir dir
 ln -s /proc/self/mem unreadable.txt
 long_name=$(printf 'x%.0s' {1..300})
@@ -118,7 +118,7 @@ table '*' 1 '- - - - QARDATAINTERFACES_FILE_NOT_EXIST missing
 plain - 0 - not_good /proc/self/mem
 plain - 256 256 ok bytes' missing $'\xff' /proc/self/mem bytes
 
-# Standard input, and names from files.
+# Standard input, and paths from files.
 case='standard input'
 cat long | "$program" - | cmp - long || wrong 'content'
 [ "$({ printf a; sleep 0.1; printf b; } | "$program" -)" = ab ] || wrong 'in two pieces'
@@ -140,7 +140,7 @@ expect 1 '' 'qarread: nowhere: No such file or directory' --files0-from nowhere
 expect 1 '' 'qarread: /: Is a directory' --files0-from /
 expect 0 '' '' --files0-from empty.txt
 
-# Files that do not tell their size, of which the second is large; in chunks and whole.
+# Files whose size is reported as 0, read in chunks and whole; the second one is large.
 case='sizeless'
 for path in /proc/devices /proc/kallsyms; do
   "$program" "$path" | cmp - "$path" || wrong "$path in chunks"
@@ -164,8 +164,8 @@ case='output that takes a part only'
 (trap '' XFSZ; ulimit -f 100; "$program" --chunk 9999999 long >"$work/out" 2>/dev/null) && wrong 'succeeded'
 cmp <(head -c 102400 long) "$work/out" || wrong 'content'
 
-# Memory that is short.
-if [ -z "${SANITIZED:-}" ]; then  # sanitizers reserve more than there may be
+# Too little memory.
+if [ -z "${SANITIZED:-}" ]; then  # sanitizers reserve more than the limit
   case='memory'
   truncate -s 1G large.txt
   (ulimit -v 200000; "$program" $latin1 --lcp-to-utf8 txt large.txt bytes >"$work/out" 2>"$work/err") && wrong 'succeeded'
@@ -205,7 +205,7 @@ done
 expect 0 'qarread 1.0.0.0\n' '' --version
 expect 0 'qarread 1.0.0.0\n' '' -V nonsense
 
-# Walks, in the order of the bytes of the names; catalogues, in that of their 16-bit units.
+# Walks are in the order of the bytes of the names; catalogues are in the order of the 16-bit units.
 mkdir -p tree/b/c tree/a.d tree/B
 touch tree/{b/c/2,b/c/10,b.x,a.d/f,B/z,！,𝄞}
 ln -s .. tree/b/up
@@ -220,7 +220,7 @@ plain      b/c/2\nlink       b/up\nplain      𝄞\nplain      ！\n' 'qarread: 
 chmod 000 dir
 [ -r dir ] || expect 1 'Gr\xfc\xdfe\n' 'qarread: dir: cannot be listed (Permission denied)' -r dir latin1.txt
 
-# Names never reach the terminal as they are.
+# Names are always escaped in output for terminals.
 odd=$'a\n\e[2J\\\xc2\x85é'
 cp latin1.txt "$odd"
 table '' 0 'plain - 6 6 ok a\x0A\x1B[2J\x5C\u0085é' "$odd"
@@ -229,7 +229,7 @@ expect 1 '' 'qarread: é\\xFF\\x0A: *' $'\xc3\xa9\xff\n'
 expect 1 '' 'qarread: x\\x0A: The file "x\\x0A" does not exist. (No such file or directory)' $'x\n'
 expect 1 '' 'qarread: \\u202Etxt: *' $'\xe2\x80\xaetxt'
 
-# More than 4 GiB; holes cost least in memory.
+# More than 4 GiB, as a sparse file in memory.
 sparse=$(mktemp -p /dev/shm 2>/dev/null || mktemp -p "$work")
 trap 'rm -rf "$work" "$sparse"' EXIT
 truncate -s 4097M "$sparse"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# What a terminal is shown: how far a long walk has come, of which no trace is left; nothing of that where the terminal
-# is dumb or NO_COLOR is set, and no control character of a name or a text ever: terminal_test.sh PROGRAM
+# The output on a terminal: terminal_test.sh PROGRAM
+# A long walk shows its progress and erases it at the end. There is no progress if the terminal is dumb or NO_COLOR is
+# set. Control characters of names and texts are never printed.
 set -uo pipefail
 program=$(realpath "$1")
 script --quiet --return --command true /dev/null </dev/null >/dev/null 2>&1 ||
@@ -17,12 +18,12 @@ wrong() {
   failures=$((failures + 1))
 }
 
-# on_terminal SHOWN COMMAND
+# on_terminal SHOWN COMMAND: runs the command on a pseudo-terminal, and writes the terminal's output to SHOWN.
 on_terminal() { timeout 20 script --quiet --return --command "$2" /dev/null </dev/null >"$1"; }
 
 for folder in xterm dumb none plain pipe; do
   mkdir $folder && mkfifo $folder/1
-  timeout 20 bash -c "{ sleep 1; echo; } >$folder/1" &  # once somebody reads it
+  timeout 20 bash -c "{ sleep 1; echo; } >$folder/1" &  # after the program has opened it
 done
 timeout 20 "$program" -r --runtime pipe >/dev/null 2>errors &
 on_terminal xterm.shown "$program -r --runtime xterm >content" &
@@ -39,7 +40,7 @@ on_terminal check.shown "$program -r --check --transcode UTF-8:ISO-8859-1:txt na
 tr -d '\r' <check.shown | LC_ALL=C grep -q '[^[:print:]]' && wrong 'control characters' check.shown
 grep -q 'x1B\[2J.x0D\.txt:1:6: FF is malformed in UTF-8' check.shown || wrong 'the place' check.shown
 
-# What is typed is read to its end.
+# Typed input is read to its end.
 printf 'a\n\x04' | timeout 20 script --quiet --return --command "$program - >typed" /dev/null >/dev/null
 [ "$(<typed)" = a ] || wrong 'what is typed' typed
 exit $failures

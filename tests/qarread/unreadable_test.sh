@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What a walk may not read is named, the rest is read, and the exit status tells: tests/qarread/unreadable_test.sh PROGRAM
-# The superuser may read everything, and becomes another user for this.
+# A walk reports what it must not read, reads the rest and fails: tests/qarread/unreadable_test.sh PROGRAM
+# Root may read everything, so root runs the test as another user.
 set -uo pipefail
 program=$(realpath "$1")
 work=$(mktemp -d)

@@ -34,7 +34,7 @@ namespace {
 
 using rtxi18nutil::DeployedException;
 
-std::size_t swaps = 20000;  // or the argument of the program
+std::size_t swaps = 20000;  // default; the program's argument replaces it
 
 TEST(Races, NeverShowWhatALinkLeadsTo) {
   const TemporaryDirectory directory;
@@ -61,7 +61,7 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
     const Watchdog watchdog(20, "a reader, perhaps on the FIFO, which has no writer");
     try {
       const auto reader = factory.getReader(path);
-      // Something else may replace the link between the two system calls of its reader, which then has no content.
+      // Another file may replace the link between the two system calls of its reader, which then delivers no content.
       const bool plain = reader->more();
       const auto whole = text(reader->readAll());
       ++outcomes[plain ? "content " + whole : whole == "secret" || whole.empty() ? "link" : whole];
@@ -82,7 +82,7 @@ TEST(Races, NeverShowWhatALinkLeadsTo) {
   EXPECT_GE(outcomes.size(), 3U) << "hardly a race";
 }
 
-// Runs `task` in many threads at once, from the first call on, while the locale of the process changes.
+// Runs `task` in many threads at once, including its first call, while the locale of the process changes.
 template <class Task>
 void together(Task task) {
   std::atomic<bool> go = false, done = false;
@@ -149,8 +149,8 @@ TEST(Threads, ShareOneTransformOfEachEncoding) {
   });
 }
 
-// Each code page has tables of its own, which are filled by the texts that are converted: all threads need the same
-// entries at the same time, and every round has new tables.
+// Each code page has its own tables, which are filled during conversions. All threads need the same entries at the
+// same time, and every round has new tables.
 TEST(Threads, FillTheTablesOfEachCodePage) {
   std::u16string units = u"\U00010000\U00020000";
   for (unsigned unit = 1; unit < 0xD800; unit += 11) units += static_cast<char16_t>(unit);

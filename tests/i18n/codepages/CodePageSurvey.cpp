@@ -165,7 +165,7 @@ private:
     judge_spellings();
   }
 
-  // The distance between the checked ones of `all` sequences of this length. It is odd, so that all last bytes occur.
+  // The step between the checked sequences among `all` of this length. It is odd, so that all last bytes occur.
   std::size_t sample_step(std::size_t length, std::size_t all) const {
     constexpr std::size_t most = 1 << 15;
     std::size_t step = 1;

@@ -12,7 +12,7 @@ struct IconvComparison {
   struct Difference {
     std::string what;
     std::string which;
-    bool is_loss;  ///< the library does not do what iconv does; otherwise it does more
+    bool is_loss;  ///< true: the library refuses what iconv converts, or converts otherwise; false: iconv refuses it
   };
 
   std::string name;
