@@ -244,13 +244,20 @@ void U_CALLCONV IcuConverter::stop_encoding(const void* self, UConverterFromUnic
   converter->spell(arguments, converter->lacking(code), reason, status);
 }
 
+// ICU calls a second escape or shift irregular if no character is between the two. Other programs read it.
+void U_CALLCONV IcuConverter::stop_decoding(const void*, UConverterToUnicodeArgs*, const char*, std::int32_t,
+                                            UConverterCallbackReason reason, UErrorCode* status) {
+  if (reason == UCNV_IRREGULAR) *status = U_ZERO_ERROR;
+}
+
 void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUnicodeArgs* arguments,
                                                const char* bytes, std::int32_t length,
                                                UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
+  *status = U_ZERO_ERROR;
+  if (reason == UCNV_IRREGULAR) return;  // see stop_decoding
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
   const char16_t replacement = 0xFFFD;
-  *status = U_ZERO_ERROR;
   if (reason == UCNV_UNASSIGNED && converter->takes_ascii(bytes, length)) {
     --arguments->source;  // the ASCII byte is converted next, as text
     length = 1;

@@ -78,7 +78,7 @@ private:
   };
 
   static void U_CALLCONV stop_decoding(const void*, UConverterToUnicodeArgs*, const char*, std::int32_t,
-                                       UConverterCallbackReason, UErrorCode*) {}
+                                       UConverterCallbackReason reason, UErrorCode* status);
   static void U_CALLCONV stop_encoding(const void* self, UConverterFromUnicodeArgs* arguments, const UChar*,
                                        std::int32_t, UChar32 code, UConverterCallbackReason reason,
                                        UErrorCode* status);
