@@ -1,24 +1,39 @@
 #include "Position.hpp"
 
-#include <ku/i18n/codecvt.hpp>
+// A platform without the transcoder reports no places of losses.
+#if __has_include(<ku/i18n/Transcoder.hpp>)
 
-#include <algorithm>
+#include <ku/i18n/Transcoder.hpp>
+
+#include <array>
+#include <string_view>
 
 namespace qarread {
 namespace {
 
-Position endOf(const std::u16string& text) {
-  const auto lineEnd = text.rfind(u'\n');
-  const auto lineStart = text.begin() + static_cast<std::ptrdiff_t>(lineEnd == text.npos ? 0 : lineEnd + 1);
-  Position position;
-  position.line += static_cast<std::uint64_t>(std::count(text.begin(), lineStart, u'\n'));
-  char16_t before = 0;
-  for (auto unit = lineStart; unit != text.end(); ++unit) {
-    const bool completesPair = (before & 0xFC00) == 0xD800 && (*unit & 0xFC00) == 0xDC00;
-    if (!completesPair) ++position.column;
-    before = *unit;
+using ku::i18n::Transcoder;
+
+void advance(Position& position, std::string_view utf8) {
+  for (const char byte : utf8) {
+    if (byte == '\n')
+      position = {position.line + 1, 1};
+    else if ((static_cast<unsigned char>(byte) & 0xC0) != 0x80)  // the first byte of a code point
+      ++position.column;
   }
-  return position;
+}
+
+/// Moves `position` over what the next piece of the text decodes to. Returns how much of the piece was consumed.
+std::size_t advance(Position& position, Transcoder& toUtf8, std::string_view piece, bool last) {
+  std::array<char, 4096> utf8;
+  std::size_t consumed = 0;
+  for (bool done = false; !done;) {
+    const auto step =
+        toUtf8.convert(piece.data() + consumed, piece.size() - consumed, last, utf8.data(), utf8.size());
+    advance(position, {utf8.data(), step.written});
+    consumed += step.consumed;
+    done = step.done;
+  }
+  return consumed;
 }
 
 }  // namespace
@@ -26,11 +41,32 @@ Position endOf(const std::u16string& text) {
 std::vector<Position> positionsOf(const std::vector<Korvane::qardatainterfaces::QARConversionLoss::Place>& places,
                                   const Korvane::qardatainterfaces::QARByteArray& text, const std::string& encoding) {
   std::vector<Position> positions;
-  ku::i18n::codecvt_string_to_ustring decoder(encoding, true);
-  const auto* const bytes = reinterpret_cast<const char*>(text.begin());
-  // A stateful encoding can only be decoded from the start.
-  for (const auto& place : places) positions.push_back(endOf(decoder.convert(bytes, place.offset)));
+  Transcoder toUtf8(encoding, "UTF-8");
+  const std::string_view bytes(reinterpret_cast<const char*>(text.begin()), text.size());
+  Position position;
+  std::size_t consumed = 0;
+  for (const auto& place : places) {
+    consumed += advance(position, toUtf8, bytes.substr(consumed, place.offset - consumed), false);
+    positions.push_back(position);
+    if (consumed < place.offset) {  // a character that the next bytes might have been a part of
+      Transcoder alone(encoding, "UTF-8");
+      advance(positions.back(), alone, bytes.substr(consumed, place.offset - consumed), true);
+    }
+  }
   return positions;
 }
 
 }  // namespace qarread
+
+#else
+
+namespace qarread {
+
+std::vector<Position> positionsOf(const std::vector<Korvane::qardatainterfaces::QARConversionLoss::Place>&,
+                                  const Korvane::qardatainterfaces::QARByteArray&, const std::string&) {
+  return {};
+}
+
+}  // namespace qarread
+
+#endif

@@ -83,14 +83,14 @@ bool Session::run() {
 
 void Session::readArgument(const std::string& path) {
   if (path == standardInput && options_.namesFile == standardInput)
-    fail(path, "standard input is already read by --files0-from");
+    failWithRecord(path, "standard input is already read by --files0-from");
   else if (path == standardInput)
     read({standardInput, options_.standardInputName});
   else if (options_.recursive)
     walk(
         path, [this](const Found& found) { read(found); },
         [this](const std::string& directory, const std::error_code& error) {
-          fail(directory, "cannot be listed (" + error.message() + ')');
+          failWithRecord(directory, "cannot be listed (" + error.message() + ')');
         });
   else
     read(argument(path));
@@ -143,6 +143,14 @@ void Session::deliver(Source& source, const std::string& path, Record& record) {
 void Session::tell(const std::string& path, const std::string& text) {
   progress_.erase();
   say(path + ": " + text);
+}
+
+void Session::failWithRecord(const std::string& path, const std::string& text) {
+  Record record;
+  record.path = path;
+  record.status = "error";
+  presentation_->show(argument(path), record);
+  fail(path, text);
 }
 
 void Session::fail(const std::string& path, const std::string& text) {

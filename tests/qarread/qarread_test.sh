@@ -181,6 +181,7 @@ for arguments in '' --bad -x -rx -r '--chunk bytes' '--chunk' '--chunk= 1 bytes'
   '--transcode :UTF-8:txt bytes' '--transcode UTF-8:no-such-page:txt bytes' '--transcode UTF-8:KOI8-R: bytes' \
   --locale={nonsense,xx_XX.UTF-8,de_XX,de_DE.foo,/}' bytes' '--stdin-name= -' '--json=1 --stat bytes' \
   '--lcp-to-utf8 a,,b bytes' '--lcp-to-utf8 tar.gz bytes' '--utf8-to-lcp a/b bytes' '--runtime=1 bytes' \
+  '--lcp-to-utf8 a;b bytes' '--check --transcode UTF-8:CP1252:md:txt bytes' \
   --chunk={0,-1,+1,1x,0x10,4294967295,4294967296,99999999999999999999}' bytes'; do
   expect 2 '' 'qarread: *usage: qarread \[-r\] *' $arguments
 done

@@ -28,5 +28,7 @@ expect() {
 expect 1 $'a\no' 'qarread: tree/closed: *Permission denied*qarread: tree/z: *Permission denied*' -r tree
 expect 1 '' 'qarread: tree/closed: *Permission denied*' -r tree/closed
 expect 1 'o' 'qarread: tree/closed: *Permission denied*' -r tree/closed tree/open
+expect 1 '{"path":"tree/closed","reader":null,"transform":null,"in":null,"out":null,"status":"error"}' '*' \
+  --json --stat -r tree/closed
 expect 0 'o' '' -r tree/open
 exit $failed
