@@ -51,12 +51,12 @@ std::vector<Row> table(const std::string& file);
 
 /// The value of a word. Raises `TableError` if there is none: `...:17: unknown step 'opne'; known: all, open, read`.
 template <class Map>
-const auto& look_up(const Row& row, const std::string& what, const Map& words, const std::string& word) {
+const auto& look_up(const Row& row, const char* what, const Map& words, const std::string& word) {
   const auto found = words.find(word);
   if (found != words.end()) return found->second;
   std::string known;
   for (const auto& entry : words) known += (known.empty() ? "" : ", ") + entry.first;
-  row.fail("unknown " + what + " '" + word + "'; known: " + known);
+  row.fail(std::string("unknown ") + what + " '" + word + "'; known: " + known);
 }
 
 /// The words in it that a test may have in its name, which are ASCII letters and digits, joined by underscores.
