@@ -12,6 +12,7 @@
 #include <qardatainterfaces/QARCodePageTransform.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 

@@ -14,6 +14,7 @@
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/filesystem/exception.hpp>
 
+#include <algorithm>
 #include <cstring>
 
 #include <sys/fsuid.h>
