@@ -201,7 +201,7 @@ void fail_each_allocation(const Operation& operation, std::size_t period) {
 void fail_each_allocation(const std::vector<Operation>& operations) {
   const auto before = Allocator::so_far().failed;
   for (const auto& operation : operations)
-    for (const std::size_t period : {0, 1, 5}) fail_each_allocation(operation, period);
+    for (const std::size_t period : {0U, 1U, 5U}) fail_each_allocation(operation, period);
   const auto count = Allocator::so_far().failed - before;
   std::printf("%zu operations, %zu allocations failed\n", operations.size(), count);
   EXPECT_GE(count, 10 * operations.size());
