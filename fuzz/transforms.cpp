@@ -42,11 +42,11 @@ const std::vector<Encoding>& encodings() {
         {"UTF-32BE", Judgement::strict}, {"UTF-16", Judgement::none},        {"UTF-32", Judgement::none},
         {"UTF-7", Judgement::none},      {"IBM-037", Judgement::none},       {"IBM-930", Judgement::none},
         {"IBM-33722", Judgement::none},  {"ISO-2022-JP-2", Judgement::none}, {"CESU-8", Judgement::none}};
-    for (const auto& page : compared_pages) {
-      const std::string_view name = page.name;
+    static const auto pages = compared_pages();
+    for (const auto& name : pages) {
       const bool has_states = name.compare(0, 8, "ISO-2022") == 0;
-      if (name != "CP720")  // which iconv lacks
-        result.push_back({page.name, has_states ? Judgement::whole : Judgement::characters});
+      if (name != lacking_in_iconv)
+        result.push_back({name.c_str(), has_states ? Judgement::whole : Judgement::characters});
     }
     return result;
   }();
@@ -60,7 +60,7 @@ Value& kept(const Key&... key) {
   return values.try_emplace({key...}, key...).first->second;
 }
 
-Iconv& iconv_of(const std::string& name) { return kept<Iconv>(std::string(iconv_name(name))); }
+Iconv& iconv_of(const std::string& name) { return kept<Iconv>(iconv_name(name)); }
 
 /// The result of one conversion.
 struct Conversion {

@@ -7,21 +7,13 @@
 
 #include "support/CapturedOutput.hpp"
 #include "support/ContentLocale.hpp"
-#include "support/content.hpp"
 #include "support/table.hpp"
+#include "support/transformed.hpp"
 
 #include <sstream>
 
 namespace Korvane::qardatainterfaces {
 namespace {
-
-template <class Transform>
-std::string transformed(const std::string& content) {
-  QARByteArray out;
-  QARMetaData meta;
-  Transform().transform(QARByteArray(content), out, meta);
-  return text(out);
-}
 
 void expect_kept(const std::string& encoding, const std::string& utf8, const std::string& back) {
   ku::i18n::codecvt_string_to_ustring from_utf8("UTF-8", false), decoder(encoding, false);
@@ -29,8 +21,8 @@ void expect_kept(const std::string& encoding, const std::string& utf8, const std
   const auto units = from_utf8.convert(utf8.data(), utf8.size());
   const auto bytes = encoder.convert(units.data(), units.size());
   const auto read = decoder.convert(bytes.data(), bytes.size());
-  if (encoding != "CP720") {  // which iconv lacks
-    EXPECT_EQ(bytes, Iconv(std::string(iconv_name(encoding))).encode(units));
+  if (encoding != lacking_in_iconv) {
+    EXPECT_EQ(bytes, Iconv(iconv_name(encoding)).encode(units));
   }
   if (back == "(pieces)") {
     EXPECT_TRUE(read != units && encoder.convert(read.data(), read.size()) == bytes);
@@ -40,8 +32,10 @@ void expect_kept(const std::string& encoding, const std::string& utf8, const std
 
   const ContentLocale locale(encoding.c_str());
   const CapturedOutput output;
-  EXPECT_EQ(transformed<UTF8ToLCPTransform>(utf8), bytes);
-  EXPECT_EQ(transformed<LCPToUTF8Transform>(bytes), to_utf8.convert(read.data(), read.size()));
+  UTF8ToLCPTransform to_lcp;
+  LCPToUTF8Transform from_lcp;
+  EXPECT_EQ(transformed(to_lcp, utf8), bytes);
+  EXPECT_EQ(transformed(from_lcp, bytes), to_utf8.convert(read.data(), read.size()));
   EXPECT_EQ(output.text(), "") << "a substitute";
 }
 

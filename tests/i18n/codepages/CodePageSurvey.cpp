@@ -9,12 +9,10 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <iomanip>
 #include <iterator>
 #include <map>
 #include <optional>
 #include <set>
-#include <sstream>
 #include <thread>
 
 namespace {
@@ -24,15 +22,9 @@ using Encoder = ku::i18n::codecvt_ustring_to_string;
 
 constexpr char32_t block_size = 0x100;
 
-std::string hexadecimal(char32_t code) {
-  std::ostringstream text;
-  text << std::hex << std::uppercase << std::setfill('0') << std::setw(4) << static_cast<std::uint32_t>(code);
-  return text.str();
-}
-
-std::string hexadecimal(const std::string& bytes) {
+std::string dump(const std::string& bytes) {
   std::string text;
-  for (const char byte : bytes) text += hexadecimal(static_cast<unsigned char>(byte)).substr(2);
+  for (const char byte : bytes) text += hexadecimal(static_cast<unsigned char>(byte), 2);
   return text;
 }
 
@@ -145,7 +137,7 @@ private:
       if (byte >= 0x20 && byte < 0x7F) printable = false;
       if (text && text->size() == 1 && (text->front() < 0x20 || text->front() == 0x7F)) moved += byte;
     }
-    if (printable && !moved.empty()) fault("exchanges the controls " + hexadecimal(moved));
+    if (printable && !moved.empty()) fault("exchanges the controls " + dump(moved));
   }
 
   // Checks all sequences of one and two bytes. Samples longer ones from the prefixes that need more bytes.
@@ -189,7 +181,7 @@ private:
     const auto text = decode(strict_decoder_, bytes);
     const bool is_consistent =
         text ? tolerated == *text && clean_decoder_.convert(bytes.data(), bytes.size()) == *text : marked;
-    if (!is_consistent) fault(hexadecimal(bytes) + " is read differently by the strict and the tolerant converter");
+    if (!is_consistent) fault(dump(bytes) + " is read differently by the strict and the tolerant converter");
     if (!text) return;
     if (text->empty()) {
       survey_.states = true;
@@ -211,7 +203,7 @@ private:
     one_way.insert(survey_.not_read.begin(), survey_.not_read.end());
     for (const auto& [codes, bytes] : changed_)
       if (std::none_of(codes.begin(), codes.end(), [&](char32_t code) { return one_way.count(code) > 0; }))
-        fault(hexadecimal(bytes) + " does not come back, though each of its characters does");
+        fault(dump(bytes) + " does not come back, though each of its characters does");
   }
 
   CodePageSurvey& survey_;
@@ -292,14 +284,6 @@ CodePageSurvey survey_code_page(const std::string& name, SurveyDepth depth) {
   return survey;
 }
 
-std::string list(const std::vector<char32_t>& codes) {
-  constexpr std::size_t shown = 20;
-  if (codes.empty()) return "";
-  std::string text = std::to_string(codes.size()) + ":";
-  for (std::size_t i = 0; i < std::min(shown, codes.size()); ++i) text += " " + hexadecimal(codes[i]);
-  return codes.size() > shown ? text + " ..." : text;
-}
-
 bool is_refused(const std::string& name) {
   try {
     const Encoder refused_or_not{name, false};
@@ -331,28 +315,4 @@ std::vector<CodePageSurvey> survey_code_pages(SurveyDepth depth) {
   work();
   other.join();
   return surveys;
-}
-
-std::string describe(const std::vector<CodePageSurvey>& surveys) {
-  std::ostringstream text;
-  text << "| table | names | characters | in pieces | not read | not rewritten | ASCII | states |\n"
-          "|---|---|---|---|---|---|---|---|\n";
-  std::string refused;
-  for (const auto& survey : surveys) {
-    if (survey.refused) {
-      refused += (refused.empty() ? "`" : ", `") + survey.name + "`";
-      continue;
-    }
-    std::string names;
-    for (const auto& alias : survey.aliases)
-      if (alias != survey.name && names.size() < 60) names += (names.empty() ? "" : ", ") + alias;
-    text << "| " << survey.name << " | " << names << " | " << survey.kept << (survey.lossless() ? ", lossless" : "")
-         << " | " << (survey.in_pieces == 0 ? "" : std::to_string(survey.in_pieces)) << " | " << list(survey.not_read)
-         << " | " << list(survey.not_rewritten) << " | " << (survey.ascii ? "yes" : "") << " | "
-         << (survey.states ? "yes" : "") << " |\n";
-  }
-  text << "\nRefused, since their converters drop text, or write it depending on how it is split, or need "
-          "options:\n"
-       << refused << ".\n";
-  return text.str();
 }

@@ -20,8 +20,6 @@ struct CodePageSurvey {
 
   std::uint64_t checks = 0;
   std::vector<std::string> faults;  ///< violations of the contract: something dropped, or changed silently
-
-  bool lossless() const { return kept >= 0x110000 - 0x800 && not_read.empty(); }
 };
 
 enum class SurveyDepth {
@@ -34,6 +32,3 @@ std::vector<std::string> code_page_names();
 
 /// All code pages that ICU and the library offer, surveyed by two threads.
 std::vector<CodePageSurvey> survey_code_pages(SurveyDepth depth);
-
-/// A table of markdown.
-std::string describe(const std::vector<CodePageSurvey>& surveys);

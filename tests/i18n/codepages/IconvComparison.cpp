@@ -3,62 +3,12 @@
 #include "judges.hpp"
 #include "texts.hpp"
 
-#include <gnu/libc-version.h>
-
 #include <algorithm>
-#include <array>
 #include <atomic>
-#include <iomanip>
-#include <memory>
 #include <optional>
-#include <sstream>
-#include <stdexcept>
-#include <string_view>
 #include <thread>
 
 namespace {
-
-// The upper half of CP720 from Python 3.11's codec; iconv lacks the page.
-constexpr std::u16string_view cp720 =
-    u"\x80"
-    u"\x81"
-    u"éâ\x84"
-    u"à\x86"
-    u"çêëèïî\x8D"
-    u"\x8E"
-    u"\x8F"
-    u"\x90"
-    u"ّْô¤ـûùءآأؤ£إئا"
-    u"بةتثجحخدذرزسشص«»░▒▓│┤╡╢╖╕╣║╗╝╜╛┐"
-    u"└┴┬├─┼╞╟╚╔╩╦╠═╬╧╨╤╥╙╘╒╓╫╪┘┌█▄▌▐▀"
-    u"ضطظعغفµقكلمنهوىي≡ًٌٍَُِ≈°∙·√ⁿ²■\u00A0";
-
-class UpperHalf : public Judge {
-public:
-  explicit UpperHalf(std::u16string_view table) : table_(table) {}
-  std::optional<std::string> encode(char32_t code) override {
-    if (code < 0x80) return std::string(1, static_cast<char>(code));
-    const auto at = code < malformed ? table_.find(static_cast<char16_t>(code)) : std::u16string_view::npos;
-    if (at == std::u16string_view::npos) return std::nullopt;
-    return std::string(1, static_cast<char>(0x80 + at));
-  }
-  std::optional<std::u16string> decode(const std::string& bytes) override {
-    const auto byte = static_cast<unsigned char>(bytes.front());
-    const char16_t unit = byte < 0x80 ? byte : table_[byte - 0x80];
-    if (bytes.size() > 1 || unit == malformed) return std::nullopt;
-    return std::u16string(1, unit);
-  }
-  bool waits() const override { return false; }
-
-private:
-  std::u16string_view table_;
-};
-
-std::string hexadecimal(char32_t number, int width) {
-  std::ostringstream text;
-  text << std::hex << std::uppercase << std::setfill('0') << std::setw(width) << static_cast<std::uint32_t>(number);
-  return text.str();
-}
 
 // Numbers in ascending order, as ranges.
 class Ranges {
@@ -95,12 +45,12 @@ private:
 
 class Comparer {
 public:
-  Comparer(IconvComparison& comparison, Judge& judge)
-      : comparison_(comparison), judge_(judge), ours_(comparison.name) {}
+  Comparer(IconvComparison& comparison, Iconv& iconv)
+      : comparison_(comparison), iconv_(iconv), ours_(comparison.name) {}
 
   void run() {
     has_states_ = comparison_.name.compare(0, 8, "ISO-2022") == 0;
-    reaches_all_ = judge_.encode(0x10FFFF).has_value();
+    reaches_all_ = iconv_.encode(0x10FFFF).has_value();
     for (char32_t code = 0; code < 0x110000; ++code)
       if ((code < 0xD800 || code > 0xDFFF) && (reaches_all_ || code < 0x30000 || code >= 0x10F000))
         compare_character(code);
@@ -118,9 +68,9 @@ private:
 
   void compare_character(char32_t code) {
     const auto ours = ours_.encode(code);
-    const auto theirs = judge_.encode(code);
+    const auto theirs = iconv_.encode(code);
     if (ours) count(code, *ours);
-    if (has_states_ && theirs && ours_.decode(*theirs) != judge_.decode(*theirs)) read_otherwise_.ranges.add(code);
+    if (has_states_ && theirs && ours_.decode(*theirs) != iconv_.decode(*theirs)) read_otherwise_.ranges.add(code);
     if (ours != theirs) list_for(ours.has_value(), theirs.has_value(), lacking_, other_bytes_, more_).add(code);
   }
 
@@ -143,8 +93,8 @@ private:
   void compare_codes(const std::string& prefix) {
     for (unsigned byte = 0; byte < 0x100; ++byte) {
       const auto bytes = prefix + static_cast<char>(byte);
-      const auto theirs = judge_.decode(bytes);
-      const bool waits = !theirs && judge_.waits();
+      const auto theirs = iconv_.decode(bytes);
+      const bool waits = !theirs && iconv_.waits();
       // If the page has all of Unicode in up to four bytes, there are tens of millions of unused codes.
       if (bytes.size() == 4 && reaches_all_ && !theirs) continue;
       const auto ours = ours_.decode(bytes);
@@ -158,7 +108,7 @@ private:
   }
 
   IconvComparison& comparison_;
-  Judge& judge_;
+  Iconv& iconv_;
   Ours ours_;
   bool has_states_ = false;
   bool reaches_all_ = false;
@@ -167,19 +117,14 @@ private:
       read_otherwise_{"read otherwise", {"", 2}}, more_read_{"read, and not by iconv", {"", 2}};
 };
 
-IconvComparison compare(const ComparedPage& page) {
+IconvComparison compare(const std::string& name) {
   IconvComparison comparison;
-  comparison.name = page.name;
-  comparison.description = page.description;
+  comparison.name = name;
   try {
-    std::unique_ptr<Judge> judge;
-    if (comparison.name == "CP720")
-      judge = std::make_unique<UpperHalf>(cp720);
-    else
-      judge = std::make_unique<Iconv>(std::string(iconv_name(comparison.name)));
-    Comparer(comparison, *judge).run();
+    Iconv iconv(iconv_name(name));
+    Comparer(comparison, iconv).run();
   } catch (const std::exception& error) {
-    comparison.faults.push_back(comparison.name + ": " + error.what());
+    comparison.faults.push_back(name + ": " + error.what());
   }
   return comparison;
 }
@@ -187,76 +132,15 @@ IconvComparison compare(const ComparedPage& page) {
 }  // namespace
 
 std::vector<IconvComparison> compare_with_iconv() {
-  std::vector<IconvComparison> comparisons(std::size(compared_pages));
+  auto pages = compared_pages();
+  pages.erase(std::remove(pages.begin(), pages.end(), lacking_in_iconv), pages.end());
+  std::vector<IconvComparison> comparisons(pages.size());
   std::atomic<std::size_t> next = 0;
   const auto work = [&] {
-    for (auto i = next++; i < comparisons.size(); i = next++) comparisons[i] = compare(compared_pages[i]);
+    for (auto i = next++; i < comparisons.size(); i = next++) comparisons[i] = compare(pages[i]);
   };
   std::thread other(work);
   work();
   other.join();
   return comparisons;
-}
-
-std::string versions() {
-  return "Made with ICU " U_ICU_VERSION " and glibc " + std::string(gnu_get_libc_version()) +
-         "; other versions have other tables.";
-}
-
-Reasons::Reasons(const std::string& page) : is_exact_(page.find('\n' + versions() + '\n') != std::string::npos) {
-  std::istringstream lines(page);
-  for (std::string line; std::getline(lines, line);) {
-    // | name | difference | which | reason |
-    std::array<std::size_t, 5> bars{};
-    std::size_t count = 0;
-    for (auto at = line.find('|'); at != std::string::npos && count < bars.size(); at = line.find('|', at + 1))
-      bars[count++] = at;
-    if (count < bars.size() || bars[4] - bars[3] < 4) continue;
-    const auto reason = line.substr(bars[3] + 2, bars[4] - bars[3] - 3);
-    by_row_[line.substr(0, bars[3])] = reason;
-    by_start_[line.substr(0, bars[2])] = reason;
-  }
-}
-
-std::string Reasons::find(const IconvComparison& comparison, const IconvComparison::Difference& difference) const {
-  const auto start = "| " + comparison.name + " | " + difference.what + " ";
-  const auto& reasons = is_exact_ ? by_row_ : by_start_;
-  const auto found = reasons.find(is_exact_ ? start + "| " + difference.which + " " : start);
-  return found == reasons.end() ? "" : found->second;
-}
-
-std::string describe_pages(const std::vector<IconvComparison>& comparisons) {
-  std::ostringstream text;
-  text << "| name | for | characters | what iconv has | comes back |\n|---|---|---|---|---|\n";
-  for (const auto& page : comparisons) {
-    std::string agrees = "all";
-    for (const auto& difference : page.differences)
-      if (difference.is_loss)
-        agrees = "see below";
-      else if (agrees == "all")
-        agrees = "all, and more";
-    text << "| " << page.name << " | " << page.description << " | " << page.written << " | " << agrees << " | ";
-    if (page.in_pieces + page.otherwise == 0) text << "all";
-    if (page.in_pieces > 0) text << page.in_pieces << " in pieces";
-    if (page.in_pieces > 0 && page.otherwise > 0) text << ", ";
-    if (page.otherwise > 0) text << page.otherwise << " as another one";
-    text << " |\n";
-  }
-  return text.str();
-}
-
-std::string describe_differences(const std::vector<IconvComparison>& comparisons, const Reasons& reasons,
-                                 std::vector<std::string>& faults) {
-  std::string text = "| name | difference | which | reason |\n|---|---|---|---|\n";
-  for (const auto& page : comparisons) {
-    for (const auto& difference : page.differences) {
-      const auto reason = reasons.find(page, difference);
-      const auto row = "| " + page.name + " | " + difference.what + " | " + difference.which + " | " + reason + " |";
-      // Other versions of ICU have other characters beyond those of iconv.
-      if (reason.empty() && (difference.is_loss || reasons.is_made_with_these_versions()))
-        faults.push_back(row + " has no reason in docs/codepages.md");
-      text += row + '\n';
-    }
-  }
-  return text;
 }

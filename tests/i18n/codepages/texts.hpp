@@ -4,6 +4,7 @@
 #include <unicode/unistr.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
 inline std::u16string to_utf16(char32_t code) {
@@ -30,4 +31,11 @@ inline icu::UnicodeString composed(const std::u16string& text) {
 /// Whether two texts are canonically equivalent, like a letter with accents and the letter followed by the accents.
 inline bool are_equivalent(const std::u16string& one, const std::u16string& other) {
   return composed(one) == composed(other);
+}
+
+/// The number with at least `width` digits.
+inline std::string hexadecimal(char32_t number, int width = 4) {
+  char text[9];
+  std::snprintf(text, sizeof text, "%0*X", width, static_cast<unsigned>(number));
+  return text;
 }
