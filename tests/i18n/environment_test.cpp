@@ -2,6 +2,7 @@
 
 #include "support/environment.hpp"
 #include "support/TemporaryDirectory.hpp"
+#include "support/table.hpp"
 
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/filesystem/status.hpp>
@@ -13,6 +14,7 @@
 
 #include <clocale>
 #include <cstdlib>
+#include <sstream>
 
 namespace ku::i18n {
 namespace {
@@ -24,40 +26,28 @@ std::string parts(const ZrLocale& locale) {
   return locale.name() + ": " + locale.language() + ' ' + locale.encoding();
 }
 
-TEST(ZrLocale, StartsAsTheFirstVariableOfTheEnvironmentThatSaysAnything) {
-  const std::pair<std::map<std::string, std::string>, std::string> cases[] = {
-      {{{"LC_ALL", "fr_FR.x@y"}, {"LC_CTYPE", "de_DE"}, {"LANG", "es_ES"}}, "fr_FR.x@y: fr x"},
-      {{{"LC_ALL", ""}, {"LC_CTYPE", "de_DE@euro"}, {"LANG", "es_ES"}}, "de_DE@euro: es UTF-8"},
-      {{{"LC_MESSAGES", "de_DE"}, {"LANG", "es."}}, "es.: de UTF-8"},
-      {{{"LANG", "POSIX.ISO-8859-15"}}, "POSIX.ISO-8859-15:  ISO-8859-15"},
-      {{}, "C:  UTF-8"}};
-  for (const auto& [variables, expected] : cases)
-    in_environment(variables, [&expected = expected] {
-      EXPECT_EQ(parts(ZrLocale::global(ZrLocale("ja_JP.SJIS"))), expected);
-      ::setenv("LC_ALL", "later", 1);
-      EXPECT_EQ(parts(ZrLocale("")), expected) << "the environment is asked once";
-      EXPECT_EQ(parts(ZrLocale::global()), "ja_JP.SJIS: ja SJIS");
-    });
+class Environments : public RowTest {};
+
+TEST_P(Environments, DecideOnTheFirstLocale) {
+  std::map<std::string, std::string> variables;
+  std::istringstream words(row.at(0));
+  for (std::string word; words >> word;) variables[word.substr(0, word.find('='))] = word.substr(word.find('=') + 1);
+  in_environment(variables, [this] {
+    const auto first = ZrLocale::global(ZrLocale("ja_JP.SJIS"));
+    ::setenv("LC_ALL", "later", 1);
+    for (const auto& locale : {first, ZrLocale("")}) {  // the environment is asked once
+      EXPECT_EQ(locale.name(), row.at(1));
+      EXPECT_EQ(locale.language(), row.at(2));
+      EXPECT_EQ(locale.encoding(), row.at(3));
+      EXPECT_EQ(locale.languages(), row.at(4));
+      EXPECT_EQ(MessageCatalog::get_message(qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST("x"), locale),
+                row.units(5));
+    }
+    EXPECT_EQ(parts(ZrLocale::global()), "ja_JP.SJIS: ja SJIS");
+  });
 }
 
-TEST(ZrLocale, WantsMessagesInTheLanguagesOfTheEnvironment) {
-  const std::pair<std::map<std::string, std::string>, std::string> cases[] = {
-      {{{"LC_CTYPE", "ja_JP.UTF-8"}, {"LC_MESSAGES", "en_US.UTF-8"}}, "en_US: The file \"x\" does not exist."},
-      {{{"LC_ALL", "de_DE"}, {"LC_MESSAGES", "en_US"}}, "de_DE: Die Datei „x“ existiert nicht."},
-      {{{"LANG", "de_DE"}, {"LANGUAGE", "ca:zh_TW.UTF-8@x::fr"}}, "ca:zh_TW:fr:de_DE: 檔案「x」不存在。"},
-      {{{"LANG", "de_DE"}, {"LANGUAGE", "en:fr"}}, "en:fr:de_DE: The file \"x\" does not exist."},
-      {{{"LANG", "de_DE"}, {"LANGUAGE", "ca"}}, "ca:de_DE: Die Datei „x“ existiert nicht."},
-      {{{"LANG", "ca_ES"}}, "ca_ES: The file \"x\" does not exist."},
-      {{{"LC_MESSAGES", "C.UTF-8"}, {"LANG", "de_DE"}, {"LANGUAGE", "fr"}}, ": The file \"x\" does not exist."}};
-  for (const auto& [variables, expected] : cases)
-    in_environment(variables, [&expected = expected] {
-      const auto text = MessageCatalog::get_message(qar::qardatainterfaces::QARDATAINTERFACES_FILE_NOT_EXIST("x"),
-                                                    ZrLocale::global());
-      EXPECT_EQ(ZrLocale::global().languages() + ": " +
-                    codecvt_ustring_to_string("UTF-8", false).convert(text.data(), text.size()),
-                expected);
-    });
-}
+INSTANTIATE_TEST_SUITE_P(, Environments, testing::ValuesIn(table("tests/i18n/environments.txt")), RowTest::name);
 
 // localedef creates the locales in the folder LOCPATH.
 TEST(ZrLocale, TakesTheEncodingOfTheInstalledLocaleWhereItsNameHasNone) {

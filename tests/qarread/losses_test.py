@@ -33,6 +33,7 @@ CASES = {
     "utf8_to_ascii": ("UTF-8:US-ASCII", "utf-8", "ascii", "plain text, long enough to be copied in blocks\n",
         [b"\x80", "é".encode(), "日".encode(), "😀".encode()], [b"\xc3"]),
     "cp1253_to_utf8": ("CP1253:UTF-8", "cp1253", "utf-8", "Ένα € παιδί\n", [b"\xd2", b"\xff\xff"], []),
+    "koi8r_to_ascii": ("KOI8-R:US-ASCII", "koi8-r", "ascii", "plain text\n", [b"\xd1", b"\xd1\xc1", b"\x80"], []),
     "latin1_to_cp1251": ("ISO-8859-1:CP1251", "latin-1", "cp1251", "abc § ©\n", [b"\xe9", b"\xff\xdf", b"\xa3"], []),
     "sjis_to_utf8": ("SHIFT_JIS:UTF-8", "shift_jis", "utf-8", "日本語 ｶﾅ abc\n", [b"\xfd", b"\x85 ", b"\xff\xfe", b"\x93\n", b"\x85@"],
         [b"\x93"]),
@@ -52,6 +53,7 @@ CASES = {
     "iso2022jp_to_utf8": ("ISO-2022-JP:UTF-8", "iso2022_jp", "utf-8", "日本語 abc\n", [b"\xff", b"\x80\x80"], []),
     "iso2022jp_to_latin1": ("ISO-2022-JP:ISO-8859-1", "iso2022_jp", "latin-1", "abc, def\n",
         ["日".encode("iso2022_jp"), "日本\n語".encode("iso2022_jp"), b"\xff"], []),
+    "iso2022kr_to_utf8": ("ISO-2022-KR:UTF-8", "iso2022_kr", "utf-8", "abc, def\n", [b"\xe9", b"\xff\xff"], []),
     "iso2022kr_to_latin1": ("ISO-2022-KR:ISO-8859-1", "iso2022_kr", "latin-1", "abc, def\n",
         [b"\x0e\x30\x21\x30\x22\x0f"], []),
 }
@@ -130,7 +132,7 @@ def samples(codec, plain, offences, endings):
             yield (text + offence) * count + text
     # Around the borders of blocks, of input and of output.
     for number in range(max(12, len(offences))):
-        for border in (4096, 16384):
+        for border in (4096, 16384, 65536):
             offence = offences[number % len(offences)]
             before = filling(border - 32)
             yield before + one * ((border - 6 + number - len(before)) // len(one)) + offence + text + offence

@@ -2,7 +2,7 @@
 
 #include "support/TemporaryDirectory.hpp"
 #include "support/Watchdog.hpp"
-#include "support/content.hpp"
+#include "support/transformed.hpp"
 
 #include <CodePageSurvey.hpp>
 #include <ku/i18n/MessageCatalog.hpp>
@@ -126,25 +126,41 @@ TEST(Threads, ShareAFactoryAndItsTransforms) {
   });
 }
 
-TEST(Threads, ShareOneTransformOfEachEncoding) {
+struct Reporting final : QARCodePageTransform {
+  using QARCodePageTransform::QARCodePageTransform;
+  void lost(const QARConversionLoss& loss, QARMetaData& meta) override {
+    meta.setUserData(meta.getUserData() + std::to_string(loss.places.at(0).length));
+  }
+};
+
+TEST(Threads, ShareATransform) {
   LCPToUTF8Transform decoding;
   UTF8ToLCPTransform encoding;
-  using ku::i18n::codecvt_string_to_ustring;
-  const char* const encodings[] = {"KOI8-R", "SJIS", "GB18030", "ISO-8859-5"};
-  std::string all = pattern(256);
-  all.erase(0x80);
+  Reporting reporting("", "UTF-8", "US-ASCII");
+  const std::string ascii = pattern(0x80), lacking[] = {"é", "日", "😀"};
   together([&](int i) {
-    for (QARTransform* const transform :
-         {static_cast<QARTransform*>(&decoding), static_cast<QARTransform*>(&encoding)}) {
-      QARByteArray out;
-      QARMetaData meta;
-      transform->transform(QARByteArray(all), out, meta);
-      EXPECT_EQ(text(out), all);
-      EXPECT_TRUE(transform->getId() == std::string() && !transform->isSetup());
-      EXPECT_TRUE(transform->allowZeroLengthInputFiles() && !transform->allowZeroLengthOutputFiles());
-    }
-    EXPECT_EQ(codecvt_string_to_ustring(encodings[i % 4], true).convert(all.data(), 0x41),  // up to '@'
-              std::u16string(all.begin(), all.begin() + 0x41));
+    for (QARTransform* const transform : std::initializer_list<QARTransform*>{&decoding, &encoding, &reporting})
+      EXPECT_EQ(transformed(*transform, ascii), ascii);
+    const auto& text_in = lacking[i % 3];
+    QARByteArray out;
+    QARMetaData meta(false, "");
+    reporting.transform(QARByteArray(text_in), out, meta);
+    EXPECT_EQ(text(out) + meta.getUserData(), '?' + std::to_string(text_in.size()));
+  });
+}
+
+TEST(Threads, UseDifferentCodePages) {
+  const struct {
+    const char *page, *bytes, *text;
+  } cases[] = {{"ISO-8859-1", "\xE9", "é"},
+               {"KOI8-R", "\xD1", "я"},
+               {"Shift_JIS", "\x93\xFA", "日"},
+               {"GB18030", "\xC8\xD5", "日"}};
+  together([&](int i) {
+    const auto& [page, in, expected] = cases[i % 4];
+    QARCodePageTransform own("", page, "UTF-8");
+    EXPECT_EQ(transformed(own, in), expected);
+    EXPECT_EQ(ku::i18n::codecvt_string_to_ustring(page, true).convert("@", 1), u"@");
     EXPECT_EQ(ku::i18n::to_string(u"\u00E4"), ku::i18n::to_string(u"\u00E4"));
   });
 }

@@ -1,12 +1,10 @@
 #include "support/HostileStream.hpp"
 #include "support/ScriptedTransform.hpp"
 #include "support/TemporaryDirectory.hpp"
-#include "support/Watchdog.hpp"
 #include "support/environment.hpp"
 #include "support/table.hpp"
 
 #include <gmock/gmock.h>
-#include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/QARFileReaderFactory.hpp>
@@ -16,6 +14,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <system_error>
 
 #include <sys/fsuid.h>
 #include <sys/stat.h>
@@ -39,17 +38,11 @@ std::u16string matching(const std::u16string& path) {
   return result;
 }
 
-std::u16string wide(const std::string& text) {
-  return ku::i18n::codecvt_string_to_ustring("UTF-8", false).convert(text.data(), text.size());
-}
-
 class Extensions : public RowTest {};
 
-TEST_P(Extensions, AreTakenFromTheLastDotOfTheLastElement) { EXPECT_EQ(matching(wide(row.at(1))), wide(row.at(0))); }
+TEST_P(Extensions, AreTakenFromTheLastDotOfTheLastElement) { EXPECT_EQ(matching(row.units(1)), row.units(0)); }
 
 INSTANTIATE_TEST_SUITE_P(, Extensions, testing::ValuesIn(table("tests/reading/extensions.txt")), RowTest::name);
-
-TEST(QARFileReaderFactory, TakesAnExtensionThatIsNotText) { EXPECT_EQ(matching(u"a.\xD800"), u".\xD800"); }
 
 TEST(QARFileReaderFactory, ChoosesTheEarliestRegistrationAndDestroysAllInTheirOrder) {
   std::string destroyed;
@@ -87,7 +80,16 @@ TEST(QARFileReaderFactory, ChoosesTheEarliestRegistrationAndDestroysAllInTheirOr
   EXPECT_EQ(destroyed, "0123");
 }
 
-// The result of getting a reader: its content, the message id of the exception, or the failed query and its reason.
+// The error that the exception is nested around, after a comma.
+std::string reason(const std::exception& exception) try {
+  std::rethrow_if_nested(exception);
+  return "";
+} catch (const std::system_error& error) {
+  EXPECT_EQ(error.code().category(), std::system_category());
+  return std::string(", ") + ::strerrorname_np(error.code().value());
+}
+
+// The result of getting a reader: its content, the message id of the exception, or the failed query; and the error.
 std::string outcome(std::u16string path, bool runtime) try {
   QARFileReaderFactory factory;
   return text((runtime ? factory.getRuntimeReader(path) : factory.getReader(path))->readAll());
@@ -96,18 +98,15 @@ std::string outcome(std::u16string path, bool runtime) try {
   EXPECT_THAT(exception.what(), HasSubstr(ku::i18n::to_string(path)));
   const auto name = exception.identifier().substr(std::strlen("QARDATAINTERFACES_FILE_"));
   EXPECT_EQ(std::strstr(exception.what(), ": file is closed.failbit is set.") != nullptr, name == "OPEN_FAILED");
-  return name;
+  return name + reason(exception);
 } catch (const boost::filesystem::filesystem_error& error) {
   // The queried path: without the prefix "//:", up to the first zero.
   const std::u16string queried = path.substr(path.compare(0, 3, u"//:") == 0 ? 3 : 0).c_str();
   EXPECT_EQ(error.path1().native(), ku::i18n::to_string(queried));
   EXPECT_EQ(error.code().category(), boost::system::system_category());
-  std::string reason(error.what(), std::strstr(error.what(), ": \""));
-  reason.erase(std::min(reason.find(" ["), reason.size()));  // newer Boost adds "[system:13]"
-  return reason.substr(std::strlen("boost::filesystem::"));
+  const std::string query(error.what(), std::strstr(error.what(), ": "));
+  return query.substr(std::strlen("boost::filesystem::")) + ", " + ::strerrorname_np(error.code().value());
 }
-
-const auto not_expressible = "is_symlink: "s + std::strerror(EILSEQ);
 
 class Paths : public RowTest {};
 
@@ -120,10 +119,9 @@ TEST_P(Paths, AreAnsweredFor) {
   directory.link("root", "/");
   ::chmod(directory.native("secret").c_str(), 0);
   ::mkdir(directory.native("locked").c_str(), 0600);
-  ::mknod(directory.native("socket").c_str(), S_IFSOCK | 0600, 0);
-  auto native = row.at(2);
-  for (const auto* const name : {"/DIR/", "DIR/"}) boost::replace_all(native, name, directory.native(""));
-  const auto path = wide(native);
+  ::mknod(directory.native("socket").c_str(), S_IFSOCK | 0666, 0);
+  auto path = row.units(2);
+  for (const auto* const name : {u"/DIR/", u"DIR/"}) boost::replace_all(path, name, directory.path(""));
   const auto before = ::setfsuid(65534);  // the superuser is never denied anything
   EXPECT_EQ(outcome(path, false), row.at(0));
   EXPECT_EQ(outcome(path, true), row.at(1));
@@ -131,18 +129,6 @@ TEST_P(Paths, AreAnsweredFor) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, Paths, testing::ValuesIn(table("tests/reading/paths.txt")), RowTest::name);
-
-TEST(QARFileReaderFactory, RefusesPathsThatAreNotTextAndWaitsForNobody) {
-  const TemporaryDirectory directory;
-  const auto file = directory.file("file", "content");
-  ::mkfifo(directory.native("fifo").c_str(), 0600);
-  for (const auto& path : {file + u'\xD800', u'\xDC00' + file}) {
-    EXPECT_EQ(outcome(path, false), not_expressible);
-    EXPECT_EQ(outcome(path, true), "OPEN_FAILED");
-  }
-  const Watchdog watchdog(20, "opening a FIFO waits for its writer");
-  EXPECT_EQ(outcome(directory.path("fifo"), false), "FORMAT_NOT_SUPPORTED");
-}
 
 TEST(QARFileReaderFactory, OpensNoOtherFileThanTheOneThatIsNamed) {
   in_environment({{"LC_ALL", "en_US.ISO-8859-1"}}, [] {
@@ -152,8 +138,8 @@ TEST(QARFileReaderFactory, OpensNoOtherFileThanTheOneThatIsNamed) {
     EXPECT_EQ(outcome(directory.link("\xFC", "\xE9\xFF"), false), "\xE9\xFF");
     for (const auto* const similar : {"?", "e", "\x1A"}) directory.file(similar, "another file");
     for (const auto& name : {directory.path("") + u"\u65E5", directory.path("") + u"e\u0301"}) {
-      EXPECT_EQ(outcome(name, false), not_expressible);
-      EXPECT_EQ(outcome(name, true), "OPEN_FAILED");
+      EXPECT_EQ(outcome(name, false), "is_symlink, EILSEQ");
+      EXPECT_EQ(outcome(name, true), "OPEN_FAILED, EILSEQ");
     }
   });
 }

@@ -12,13 +12,14 @@
 class HostileStream final : public opc::InputStream {
 public:
   struct Manners {
-    std::size_t most = ~0UL;       ///< bytes per read
-    int idle = 0;                  ///< reads of nothing before each read of something
-    bool boasts = false;           ///< claims to have placed more than was requested
-    std::size_t throws_at = ~0UL;  ///< throws once, when it has delivered this many bytes
+    std::size_t most = ~0UL;         ///< bytes per read
+    int idle = 0;                    ///< reads of nothing before each read of something
+    bool boasts = false;             ///< claims to have placed more than was requested
+    std::size_t throws_at = ~0UL;    ///< throws once, when it has delivered this many bytes
+    bool throws_once_asked = false;  ///< throws once, when it is asked for the second time whether it has ended
   };
 
-  explicit HostileStream(std::string text, Manners manners = {~0UL, 0, false, ~0UL})
+  explicit HostileStream(std::string text, Manners manners = {~0UL, 0, false, ~0UL, false})
       : text_(std::move(text)), manners_(manners) {}
 
   void append(const std::string& text) { text_ += text; }
@@ -35,11 +36,14 @@ public:
     return manners_.boasts && count == size ? ~0UL : count;
   }
 
-  bool exhausted() override { return at_ == text_.size(); }
+  bool exhausted() override {
+    if (manners_.throws_once_asked && ++asked_ == 2) throw std::runtime_error("the stream was asked once too often");
+    return at_ == text_.size();
+  }
 
 private:
   std::string text_;
   Manners manners_;
   std::size_t at_ = 0;
-  int waited_ = 0;
+  int waited_ = 0, asked_ = 0;
 };

@@ -3,8 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <iostream>
 #include <map>
 #include <string>
+
+/// Ends a process that a death test started, and prints what failed in it, which GoogleTest does not.
+[[noreturn]] inline void end_with_failures() {
+  const auto& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
+  for (int i = 0; i < result.total_part_count(); ++i) std::cerr << result.GetTestPartResult(i).message() << '\n';
+  std::exit(result.Failed() ? 1 : 0);
+}
 
 /// Runs `task` in a new process with only these locale variables, since a process reads its environment once.
 template <class Task>
@@ -16,6 +24,6 @@ void in_environment(const std::map<std::string, std::string>& variables, Task ta
   clear();
   for (const auto& [name, value] : variables) ::setenv(name.c_str(), value.c_str(), 1);
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT((task(), std::exit(testing::Test::HasFailure())), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT((task(), end_with_failures()), testing::ExitedWithCode(0), "");
   clear();
 }

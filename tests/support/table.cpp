@@ -4,9 +4,20 @@
 
 #include <charconv>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
+#include <optional>
+#include <string_view>
 
 namespace {
+
+/// The value of so many hexadecimal digits at the start of the text; nothing if there are fewer.
+std::optional<unsigned> hexadecimal(std::string_view text, std::size_t digits) {
+  unsigned value = 0;
+  const auto* const end = text.data() + std::min(text.size(), digits);
+  return std::from_chars(text.data(), end, value, 16).ptr == text.data() + digits ? std::optional(value)
+                                                                                  : std::nullopt;
+}
 
 bool is_word(char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
@@ -34,14 +45,26 @@ std::string Row::at(std::size_t index) const {
       bytes += field[i];
       continue;
     }
-    unsigned char byte = 0;
-    const char* const digits = field.data() + i + 2;
-    const char* const end = field.data() + std::min(field.size(), i + 4);
-    if (std::from_chars(digits, end, byte, 16).ptr != digits + 2) fail("two hexadecimal digits must follow \\x");
-    bytes += static_cast<char>(byte);
+    const auto byte = hexadecimal(std::string_view(field).substr(i + 2), 2);
+    if (!byte) fail("two hexadecimal digits must follow \\x");
+    bytes += static_cast<char>(*byte);
     i += 3;
   }
   return bytes;
+}
+
+std::u16string Row::units(std::size_t index) const {
+  const auto field = at(index);
+  std::u16string units;
+  for (std::size_t from = 0, to = 0; from < field.size(); from = to + 6) {
+    to = std::min(field.find("\\u", from), field.size());
+    units += std::filesystem::path(std::u8string(field.begin() + from, field.begin() + to)).u16string();
+    if (to == field.size()) break;
+    const auto unit = hexadecimal(std::string_view(field).substr(to + 2), 4);
+    if (!unit) fail("four hexadecimal digits must follow \\u");
+    units += static_cast<char16_t>(*unit);
+  }
+  return units;
 }
 
 std::size_t Row::number(std::size_t index) const {

@@ -20,6 +20,7 @@ TEST(Tables, HaveFieldsThatStandForMoreThanTheySay) {
   for (std::size_t i = 0; i < fields.size(); ++i) EXPECT_EQ(row.at(i), fields[i]);
   EXPECT_EQ(row.size(), fields.size());
   EXPECT_EQ(row.last(2), "aaa");
+  EXPECT_EQ(Row("tests/x.txt", 1, "é\\uD800\\u0000\\x41😀").units(0), std::u16string(u"é\xD800\0A😀", 6));
   EXPECT_EQ(test_name(" plain: an_empty FILE, 'ä'. "), "plain_an_empty_FILE");
 }
 
@@ -33,6 +34,8 @@ TEST(Tables, TellThePlaceTheWordAndWhatIsKnown) {
   EXPECT_EQ(complaint("1o", [](const Row& row) { row.number(0); }), "tests/x.txt:17: '1o' is not a number");
   EXPECT_EQ(complaint("\\x4", [](const Row& row) { row.at(0); }),
             "tests/x.txt:17: two hexadecimal digits must follow \\x");
+  EXPECT_EQ(complaint("\\u12x4", [](const Row& row) { row.units(0); }),
+            "tests/x.txt:17: four hexadecimal digits must follow \\u");
   EXPECT_THROW(table("tests/missing.txt"), TableError);
   EXPECT_FALSE((std::is_base_of_v<std::runtime_error, TableError>)) << "the transcripts expect these of readers";
 }

@@ -1,20 +1,17 @@
 #include "support/CapturedOutput.hpp"
 #include "support/ContentLocale.hpp"
-#include "support/content.hpp"
 #include "support/table.hpp"
+#include "support/transformed.hpp"
 
 #include <ku/i18n/codecvt.hpp>
 #include <qardatainterfaces/DeployedException.hpp>
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
 #include <qardatainterfaces/QARCodePageTransform.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
+#include <texts.hpp>
 
-#include <cstring>
-#include <iomanip>
 #include <sstream>
 #include <stdexcept>
-#include <thread>
-#include <vector>
 
 namespace Korvane::qardatainterfaces {
 namespace {
@@ -27,11 +24,9 @@ std::string described(const QARConversionLoss& loss) {
   std::ostringstream text;
   text << loss.malformed << ' ' << loss.unmappable << ':';
   for (const auto& place : loss.places) {
-    text << ' ' << std::dec << place.offset << '+' << place.length;
+    text << ' ' << place.offset << '+' << place.length;
     if (place.malformed && place.character != 0xFFFD) text << '?';
-    if (!place.malformed)
-      text << "=U+" << std::hex << std::uppercase << std::setfill('0') << std::setw(4)
-           << static_cast<std::uint32_t>(place.character);
+    if (!place.malformed) text << "=U+" << hexadecimal(place.character);
   }
   return text.str();
 }
@@ -79,30 +74,6 @@ TEST_P(Losses, AreReportedOrRefused) {
 
 INSTANTIATE_TEST_SUITE_P(, Losses, testing::ValuesIn(table("tests/transforms/losses.txt")), RowTest::name);
 
-// Kernels go by windows, decoders and encoders by blocks and runs.
-TEST(QARCodePageTransform, FindsALossWhereverItStands) {
-  const struct {
-    const char *from, *to;
-    std::string filling, bad;
-    const char* loss;
-  } cases[] = {{"UTF-8", "ISO-8859-1", "x", "€", "=U+20AC"}, {"UTF-8", "KOI8-R", "я", "😀", "=U+1F600"},
-               {"UTF-8", "Shift_JIS", "日", "\xE6\x97", ""}, {"KOI8-R", "US-ASCII", "a", "\xD1", "=U+044F"},
-               {"ISO-8859-7", "UTF-8", "\xE1", "\xD2", ""},  {"UTF-16LE", "UTF-8", "a\0"s, "\0\xDC"s, ""},
-               {"ISO-2022-KR", "UTF-8", "a", "\xE9", ""}};
-  for (const auto& [from, to, filling, bad, loss] : cases)
-    for (const std::size_t base : {0U, 1000U, 16340U, 65500U})
-      for (std::size_t before = base; before < base + 70; before += base == 0 ? 1 : 7) {
-        std::string in;
-        for (std::size_t i = 0; i < before; ++i) in += filling;
-        const auto expected = std::to_string(in.size()) + '+' + std::to_string(bad.size()) + loss;
-        in += bad + filling + filling;
-        QARMetaData meta(false, "");
-        QARByteArray out;
-        ASSERT_FALSE(Reporting(from, to, OnLoss::fail).transform(QARByteArray(in), out, meta));
-        ASSERT_EQ(meta.getUserData(), (*loss == 0 ? "1 0: " : "0 1: ") + expected) << from << " to " << to;
-      }
-}
-
 TEST(QARCodePageTransform, FindsLossesWhereTheOutputOfAStatefulEncodingIsFull) {
   for (const std::string to : {"ISO-2022-KR", "ISO-2022-JP"})
     for (std::size_t before = 16340; before < 16400; ++before) {
@@ -115,13 +86,7 @@ TEST(QARCodePageTransform, FindsLossesWhereTheOutputOfAStatefulEncodingIsFull) {
 }
 
 TEST(QARCodePageTransform, SubstitutesAsTheLocalTransformsDo) {
-  const auto bytes = [](QARTransform& transform, const std::string& in) {
-    const CapturedOutput output;
-    QARByteArray out;
-    QARMetaData meta(false, "");
-    EXPECT_TRUE(transform.transform(QARByteArray(in), out, meta));
-    return text(out);
-  };
+  const CapturedOutput output;
   const auto all = pattern(3000);
   for (const std::string page : {"SJIS", "KOI8-R", "GB18030", "ISO-2022-JP", "UTF-16", "IBM037", "UTF-8"}) {
     const ContentLocale locale(page);
@@ -129,8 +94,8 @@ TEST(QARCodePageTransform, SubstitutesAsTheLocalTransformsDo) {
     UTF8ToLCPTransform encoding;
     for (const auto& local : {page, ""s}) {
       Reporting from(local, "UTF-8"), to("UTF-8", local);
-      EXPECT_EQ(bytes(from, all), bytes(decoding, all)) << page;
-      EXPECT_EQ(bytes(to, all + "日я€"), bytes(encoding, all + "日я€")) << page;
+      EXPECT_EQ(transformed(from, all), transformed(decoding, all)) << page;
+      EXPECT_EQ(transformed(to, all + "日я€"), transformed(encoding, all + "日я€")) << page;
     }
   }
 }
@@ -151,28 +116,6 @@ TEST(QARCodePageTransform, RefusesEncodingsThatNobodyKnows) {
     EXPECT_EQ(error.identifier(), "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER");
   }
   EXPECT_EQ(text(out) + meta.getUserData(), "before");
-}
-
-TEST(QARCodePageTransform, ServesManyThreadsEachWithItsOwnPages) {
-  const struct {
-    const char *page, *bytes, *text;
-  } cases[] = {{"ISO-8859-1", "\xE9", "é"}, {"KOI8-R", "\xD1", "я"}, {"Shift_JIS", "\x93\xFA", "日"}};
-  Reporting shared("UTF-8", "US-ASCII");
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 6; ++i)
-    threads.emplace_back([&, i] {
-      const auto& [page, in, expected] = cases[i % 3];
-      Reporting own(page, "UTF-8");
-      for (int round = 0; round < 200; ++round) {
-        QARByteArray out;
-        QARMetaData meta(false, "");
-        EXPECT_TRUE(own.transform(QARByteArray(std::string(in)), out, meta));
-        EXPECT_EQ(text(out), expected);
-        EXPECT_TRUE(shared.transform(out, out, meta));
-        EXPECT_EQ(text(out) + meta.getUserData().substr(0, 8), "?0 1: 0+" + std::to_string(std::strlen(expected)));
-      }
-    });
-  for (auto& thread : threads) thread.join();
 }
 
 TEST(QARCodePageTransform, HasANameAndThePoliciesOfTheLocalTransforms) {
