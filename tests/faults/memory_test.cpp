@@ -4,8 +4,10 @@
 #include "support/CapturedOutput.hpp"
 #include "support/ContentLocale.hpp"
 #include "support/HostileStream.hpp"
+#include "support/Pipe.hpp"
 #include "support/TemporaryDirectory.hpp"
 #include "support/seen.hpp"
+#include "support/table.hpp"
 
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/i18n/MessageCatalog.hpp>
@@ -18,25 +20,24 @@
 #include <qardatainterfaces/QARPath.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
 
-#include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <memory>
 
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace Korvane::qardatainterfaces {
 namespace {
 
-using namespace std::string_literals;
 using ku::i18n::ZrLocale;
 using qar::qardatainterfaces::QARDATAINTERFACES_FILE_OPEN_FAILED;
 using rtxi18nutil::DeployedException;
 
 const std::string long_text(100, 'x');
 const std::u16string long_name(100, u'n');
+const auto file_content = pattern(100000);
 constexpr auto conversion_failed = "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER";
 
 // The texts of the ids, or the names of the ids if there was no memory for the texts.
@@ -61,41 +62,46 @@ bool attempt(Work work, std::size_t n, std::size_t period, const std::string& er
   }
 }
 
+class FirstCall : public testing::TestWithParam<const char*> {};
+
 // Runs in a process that has done nothing before, so each child process still has to initialise everything, including
 // ICU.
-TEST(OutOfMemory, IsForgottenAfterTheVeryFirstCall) {
+TEST_P(FirstCall, ForgetsThatItRanOutOfMemory) {
+  const std::string encoding = GetParam();
   const auto content = pattern(3000);
-  for (const std::string encoding :
-       {"SJIS", "CP437", "CP850", "windows-1252", "EUC-JP", "EUC-KR", "Big5", "IBM-037", "KOI8-U", "ISO-8859-5",
-        "GBK", "UTF-32", "ISO-2022-KR", "macintosh", "TIS-620"}) {
-    int status = 0;
-    for (std::size_t n = 1; status == 0; ++n) {
-      SCOPED_TRACE(encoding + ' ' + std::to_string(n));
-      const auto child = ::fork();
-      if (child == 0) {
-        ::alarm(10);
-        const CapturedOutput output;
-        QARByteArray out;
-        bool failed = true;
-        const auto work = [&] {
-          const ContentLocale locale(encoding);
-          QARMetaData meta;
-          LCPToUTF8Transform().transform(QARByteArray(content), out, meta);
-          const DeployedException error(QARDATAINTERFACES_FILE_OPEN_FAILED("path", "reason"));
-          return is_named(error, "QARDATAINTERFACES_FILE_OPEN_FAILED");
-        };
-        attempt(work, n, n % 2 == 0, conversion_failed, failed);
-        const bool named = work();
-        const auto units = ku::i18n::codecvt_string_to_ustring(encoding, true).convert(&content[0], content.size());
-        const auto utf8 = ku::i18n::codecvt_ustring_to_string("UTF-8", true).convert(&units[0], units.size());
-        ::_exit(testing::Test::HasFailure() || !named || text(out) != utf8 ? 1 : failed ? 0 : 2);
-      }
-      ASSERT_EQ(::waitpid(child, &status, 0), child);
-      ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) != 1);
-      EXPECT_TRUE(status == 0 || n > 40);
+  int status = 0;
+  for (std::size_t n = 1; status == 0; ++n) {
+    SCOPED_TRACE(n);
+    const auto child = ::fork();
+    if (child == 0) {
+      ::alarm(10);
+      const CapturedOutput output;
+      QARByteArray out;
+      bool failed = true;
+      const auto work = [&] {
+        const ContentLocale locale(encoding);
+        QARMetaData meta;
+        LCPToUTF8Transform().transform(QARByteArray(content), out, meta);
+        const DeployedException error(QARDATAINTERFACES_FILE_OPEN_FAILED("path", "reason"));
+        return is_named(error, "QARDATAINTERFACES_FILE_OPEN_FAILED");
+      };
+      attempt(work, n, n % 2 == 0, conversion_failed, failed);
+      const bool named = work();
+      const auto units = ku::i18n::codecvt_string_to_ustring(encoding, true).convert(&content[0], content.size());
+      const auto utf8 = ku::i18n::codecvt_ustring_to_string("UTF-8", true).convert(&units[0], units.size());
+      ::_exit(testing::Test::HasFailure() || !named || text(out) != utf8 ? 1 : failed ? 0 : 2);
     }
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) != 1);
+    EXPECT_TRUE(status == 0 || n > 40);
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(, FirstCall,
+                         testing::Values("SJIS", "CP437", "CP850", "windows-1252", "EUC-JP", "EUC-KR", "Big5",
+                                         "IBM-037", "KOI8-U", "ISO-8859-5", "GBK", "UTF-32", "ISO-2022-KR",
+                                         "macintosh", "TIS-620"),
+                         [](const auto& test) { return test_name(test.param); });
 
 constexpr void (QARContext::*set_key[])(const QARByteArray&) = {
     &QARContext::setTarvoKey, &QARContext::setCompilerKey, &QARContext::setSolutionKey,
@@ -151,121 +157,132 @@ struct World {
   unsigned int count = 0;
 };
 
-// A reader on a pipe that holds `content` and ends there.
-std::unique_ptr<QARFileReader> on_pipe(QARFileReaderFactory& factory, const std::string& content) {
-  int ends[2] = {-1, -1};
-  EXPECT_EQ(::pipe(ends), 0);
-  EXPECT_GE(::fcntl(ends[1], F_SETPIPE_SZ, 1 << 20), 0);
-  EXPECT_EQ(::write(ends[1], content.data(), content.size()), static_cast<ssize_t>(content.size()));
-  const auto path = "/proc/self/fd/" + std::to_string(ends[0]);
-  auto reader = factory.getRuntimeReader({path.begin(), path.end()});
-  ::close(ends[0]);
-  ::close(ends[1]);
-  return reader;
-}
-
 struct Operation {
   std::string name;
   std::function<void(World&)> work;
   std::string locale = "C", error = {};
   std::function<void(World&)> prepare = {};
 };
+void PrintTo(const Operation& operation, std::ostream* out) { *out << operation.name; }
 
-void fail_each_allocation(const Operation& operation, std::size_t period) {
-  const auto make = [&] {
-    auto world = std::make_unique<World>(operation.locale);
-    if (operation.prepare) operation.prepare(*world);
-    return world;
-  };
-  const bool keeps = !operation.prepare;  // operations on a reader change its state
-  auto reference = make();
-  const auto before = keeps ? reference->seen() : "";
-  operation.work(*reference);
-  const auto after = reference->seen();
-  bool failed = true;
-  for (std::size_t n = 1; failed && !testing::Test::HasFailure(); ++n) {
-    SCOPED_TRACE(operation.name + ", allocation " + std::to_string(n) + ", period " + std::to_string(period));
-    const auto live = Allocator::so_far().live;
-    {
-      const auto world = make();
-      const bool through = attempt([&] { operation.work(*world); }, n, period, operation.error, failed);
-      ASSERT_TRUE(through || failed);
-      EXPECT_TRUE(through || !keeps || world->seen() == before);
-      if (!through) operation.work(*world);
-      EXPECT_EQ(world->seen(), after);
-    }
-    EXPECT_EQ(Allocator::so_far().live, live) << "leaked";
+// Runs an operation in a directory of its own.
+class OutOfMemory : public testing::TestWithParam<Operation> {
+protected:
+  OutOfMemory() {
+    std::filesystem::current_path(directory.native(""));
+    for (const auto* const name : {"plain", "ä.t", "x.qvz"}) directory.file(name, file_content);
+    directory.link("link", "tärget" + std::string(200, 't'));
   }
+
+  static std::unique_ptr<World> make_world() {
+    auto world = std::make_unique<World>(GetParam().locale);
+    if (GetParam().prepare) GetParam().prepare(*world);
+    return world;
+  }
+
+  // The n-th allocation fails, and every `period`-th one after it.
+  static void fail_each_allocation(std::size_t period) {
+    const auto& operation = GetParam();
+    const bool keeps = !operation.prepare;  // operations on a reader change its state
+    auto reference = make_world();
+    const auto before = keeps ? reference->seen() : "";
+    operation.work(*reference);
+    const auto after = reference->seen();
+    bool failed = true;
+    for (std::size_t n = 1; failed && !HasFailure(); ++n) {
+      SCOPED_TRACE("allocation " + std::to_string(n) + ", period " + std::to_string(period));
+      const auto live = Allocator::so_far().live;
+      {
+        const auto world = make_world();
+        const bool through = attempt([&] { operation.work(*world); }, n, period, operation.error, failed);
+        ASSERT_TRUE(through || failed);
+        EXPECT_TRUE(through || !keeps || world->seen() == before);
+        if (!through) operation.work(*world);
+        EXPECT_EQ(world->seen(), after);
+      }
+      EXPECT_EQ(Allocator::so_far().live, live) << "leaked";
+    }
+  }
+
+  const TemporaryDirectory directory;
+  const CapturedOutput output;
+};
+
+TEST_P(OutOfMemory, LeavesAllAsItWas) {
+  for (const std::size_t period : {0U, 1U, 5U}) fail_each_allocation(period);
+  EXPECT_GT(Allocator::so_far().failed, 0U) << "no allocation";
 }
 
-void fail_each_allocation(const std::vector<Operation>& operations) {
-  const auto before = Allocator::so_far().failed;
-  for (const auto& operation : operations)
-    for (const std::size_t period : {0U, 1U, 5U}) fail_each_allocation(operation, period);
-  const auto count = Allocator::so_far().failed - before;
-  std::printf("%zu operations, %zu allocations failed\n", operations.size(), count);
-  EXPECT_GE(count, 10 * operations.size());
-}
+std::string name_of(const testing::TestParamInfo<Operation>& test) { return test_name(test.param.name); }
 
-TEST(OutOfMemory, LeavesValuesAndContainersAsTheyWere) {
-  const QARByteArray bytes(long_text);
-  const QARMetaData meta(false, long_text);
-  const QARRecordData record(long_name, false, long_text);
+// What the operations take, which needs more room than there is within the objects.
+struct Others {
+  Others() {
+    context.setVersionInfo(long_text.c_str());
+    for (const auto set : set_key) (context.*set)(bytes);
+    data.addFileMapEntry(long_name, long_name, true);
+    data.addClassPathEntry(long_name);
+  }
+  QARByteArray bytes{long_text};
+  QARMetaData meta{false, long_text};
+  QARRecordData record{long_name, false, long_text};
   QARContext context;
-  context.setVersionInfo(long_text.c_str());
-  for (const auto set : set_key) (context.*set)(bytes);
   QARData data;
-  data.addFileMapEntry(long_name, long_name, true);
-  data.addClassPathEntry(long_name);
-  std::vector<Operation> operations = {
-      {"array", [&](World& w) { w.bytes = QARByteArray(long_text); }},
-      {"array copied", [&](World& w) { w.made = text(QARByteArray(bytes)); }},
-      {"array assigned", [&](World& w) { w.bytes = bytes; }},
-      {"metadata", [&](World& w) { w.meta = QARMetaData(false, long_text); }},
-      {"metadata copied", [&](World& w) { w.meta = QARMetaData(meta); }},
-      {"metadata assigned", [&](World& w) { w.meta = meta; }},
-      {"user data", [&](World& w) { w.made = meta.getUserData(); }},
-      {"user data set", [&](World& w) { w.meta.setUserData(long_text); }},
-      {"record", [&](World& w) { w.record = QARRecordData(long_name, false, long_text); }},
-      {"record copied", [&](World& w) { w.record = QARRecordData(record); }},
-      {"record assigned", [&](World& w) { w.record = record; }},
-      {"record's name", [&](World& w) { w.units = record.getName(); }},
-      {"record named", [&](World& w) { w.record.setName(long_name); }},
-      {"record's user data", [&](World& w) { w.made = record.getUserData(); }},
-      {"record's user data set", [&](World& w) { w.record.setUserData(long_text); }},
-      {"version", [&](World& w) { w.made = context.getVersionInfo(); }},
-      {"version set", [&](World& w) { w.context.setVersionInfo(long_text.c_str()); }},
-      {"context copied", [&](World& w) { w.made = QARContext(context).getVersionInfo(); }},
-      {"context assigned", [&](World& w) { w.context = context; }},
-      {"catalogue copied", [&](World& w) { w.made = QARData(w.data).existEntry(replaced) ? "copied" : "lost"; }},
-      {"catalogue assigned", [&](World& w) { w.data = data; }},
-      {"catalogue filled", [&](World& w) { QARData(w.data) = w.data; }},
-      {"Tarvo path", [&](World& w) { w.data.addTarvoPathEntry(long_name); }},
-      {"class path", [&](World& w) { w.data.addClassPathEntry(long_name); }},
-      {"macro", [&](World& w) { w.data.addRootMacroMapEntry(long_name, long_name); }},
-      {"macro anew", [&](World& w) { w.data.addRootMacroMapEntry(replaced, long_name); }},
-      {"entry", [&](World& w) { w.data.addFileMapEntry(long_name, long_name, true); }},
-      {"entry anew", [&](World& w) { w.data.addFileMapEntry(u"a" + long_name, u"1" + long_name, false); }},
-      {"entry replaced", [&](World& w) { w.data.replaceFileMapEntry(replaced, long_name, long_name); }}};
-  for (const auto set : set_key) operations.push_back({"key", [&, set](World& w) { (w.context.*set)(bytes); }});
-  fail_each_allocation(operations);
-}
+};
 
-TEST(OutOfMemory, IsNeverTakenForAnythingElseByThePlatform) {
-  using traits = ku::filesystem::detail::process_code_traits;
-  const std::u16string odd = u"\u00E4\u03A9\uFFFF\U0001F600" + long_name;
-  const std::string path = traits::to_external(odd);
-  const ZrLocale locale("de_DE.KOI8-R@" + long_text);
+std::vector<Operation> on_values() {
+  static Others other;
   std::vector<Operation> operations = {
-      {"locale", [&](World& w) { w.made = ZrLocale(locale.name()).name(); }},
-      {"global locale", [&](World& w) { w.made = ZrLocale::global().name(); }, locale.name()},
-      {"global locale set", [&](World&) { ZrLocale::global(locale); }},
-      {"text", [&](World& w) { w.made = ku::i18n::to_string(odd); }},
-      {"path", [&](World& w) { w.made = traits::to_external(odd); }},
-      {"path back", [&](World& w) { w.units = traits::to_internal(path); }},
-      {"name", [&](World& w) { w.units = QARPath::fromNative(path + '\xFF'); }},
-      {"name back", [&](World& w) { w.made = QARPath::toNative(odd + u'\xDCFF'); }},
-      {"ASCII", [&](World& w) { w.units = ku::i18n::codecvt_ascii_to_ustring().convert(&long_text[0], 99); }}};
+      {"array", [](World& w) { w.bytes = QARByteArray(long_text); }},
+      {"array copied", [](World& w) { w.made = text(QARByteArray(other.bytes)); }},
+      {"array assigned", [](World& w) { w.bytes = other.bytes; }},
+      {"metadata", [](World& w) { w.meta = QARMetaData(false, long_text); }},
+      {"metadata copied", [](World& w) { w.meta = QARMetaData(other.meta); }},
+      {"metadata assigned", [](World& w) { w.meta = other.meta; }},
+      {"user data", [](World& w) { w.made = other.meta.getUserData(); }},
+      {"user data set", [](World& w) { w.meta.setUserData(long_text); }},
+      {"record", [](World& w) { w.record = QARRecordData(long_name, false, long_text); }},
+      {"record copied", [](World& w) { w.record = QARRecordData(other.record); }},
+      {"record assigned", [](World& w) { w.record = other.record; }},
+      {"record's name", [](World& w) { w.units = other.record.getName(); }},
+      {"record named", [](World& w) { w.record.setName(long_name); }},
+      {"record's user data", [](World& w) { w.made = other.record.getUserData(); }},
+      {"record's user data set", [](World& w) { w.record.setUserData(long_text); }},
+      {"version", [](World& w) { w.made = other.context.getVersionInfo(); }},
+      {"version set", [](World& w) { w.context.setVersionInfo(long_text.c_str()); }},
+      {"context copied", [](World& w) { w.made = QARContext(other.context).getVersionInfo(); }},
+      {"context assigned", [](World& w) { w.context = other.context; }},
+      {"catalogue copied", [](World& w) { w.made = QARData(w.data).existEntry(replaced) ? "copied" : "lost"; }},
+      {"catalogue assigned", [](World& w) { w.data = other.data; }},
+      {"catalogue filled", [](World& w) { QARData(w.data) = w.data; }},
+      {"Tarvo path", [](World& w) { w.data.addTarvoPathEntry(long_name); }},
+      {"class path", [](World& w) { w.data.addClassPathEntry(long_name); }},
+      {"macro", [](World& w) { w.data.addRootMacroMapEntry(long_name, long_name); }},
+      {"macro anew", [](World& w) { w.data.addRootMacroMapEntry(replaced, long_name); }},
+      {"entry", [](World& w) { w.data.addFileMapEntry(long_name, long_name, true); }},
+      {"entry anew", [](World& w) { w.data.addFileMapEntry(u"a" + long_name, u"1" + long_name, false); }},
+      {"entry replaced", [](World& w) { w.data.replaceFileMapEntry(replaced, long_name, long_name); }}};
+  for (const auto set : set_key)
+    operations.push_back(
+        {"key " + std::to_string(operations.size()), [set](World& w) { (w.context.*set)(other.bytes); }});
+  return operations;
+}
+INSTANTIATE_TEST_SUITE_P(Values, OutOfMemory, testing::ValuesIn(on_values()), name_of);
+
+std::vector<Operation> of_the_platform() {
+  using traits = ku::filesystem::detail::process_code_traits;
+  const std::u16string odd = u"äΩ\uFFFF😀" + long_name;
+  const std::string path = "äΩ\uFFFF😀" + std::string(100, 'n'), locale = "de_DE.KOI8-R@" + long_text;
+  std::vector<Operation> operations = {
+      {"locale", [=](World& w) { w.made = ZrLocale(locale).name(); }},
+      {"global locale", [=](World& w) { w.made = ZrLocale::global().name(); }, locale},
+      {"global locale set", [=](World&) { ZrLocale::global(ZrLocale(locale)); }},
+      {"text", [=](World& w) { w.made = ku::i18n::to_string(odd); }},
+      {"path", [=](World& w) { w.made = traits::to_external(odd); }},
+      {"path back", [=](World& w) { w.units = traits::to_internal(path); }},
+      {"name", [=](World& w) { w.units = QARPath::fromNative(path + '\xFF'); }},
+      {"name back", [=](World& w) { w.made = QARPath::toNative(odd + u'\xDCFF'); }},
+      {"ASCII", [=](World& w) { w.units = ku::i18n::codecvt_ascii_to_ustring().convert(&long_text[0], 99); }}};
   for (const std::string encoding : {"UTF-8", "KOI8-R", "SJIS", "ISO-2022-JP", "GB18030", "UTF-16", "UTF-7"})
     for (const bool tolerant : {false, true}) {
       const auto encode = [=](World& w) {
@@ -274,38 +291,42 @@ TEST(OutOfMemory, IsNeverTakenForAnythingElseByThePlatform) {
       const auto decode = [=](World& w) {
         w.units = ku::i18n::codecvt_string_to_ustring(encoding, tolerant).convert(&long_text[0], long_text.size());
       };
-      operations.push_back({"to " + encoding, encode});
-      operations.push_back({"from " + encoding, decode});
+      operations.push_back({(tolerant ? "tolerantly to " : "to ") + encoding, encode});
+      operations.push_back({(tolerant ? "tolerantly from " : "from ") + encoding, decode});
     }
   const QARDATAINTERFACES_FILE_OPEN_FAILED id(long_text, "\xC3\xA4" + long_text);
-  for (const auto* const language : {"C", "de", "fr", "es", "ja", "zh", "xx", "x23456789012345678901234567890"}) {
-    const auto message = [&](World& w) { w.units = ku::i18n::MessageCatalog::get_message(id, ZrLocale::global()); };
-    const auto raised = [&](World& w) {
+  for (const std::string language : {"C", "de", "fr", "es", "ja", "zh", "xx", "x23456789012345678901234567890"}) {
+    const auto message = [=](World& w) { w.units = ku::i18n::MessageCatalog::get_message(id, ZrLocale::global()); };
+    const auto raised = [=](World& w) {
       const DeployedException error(id), copied(error);
       w.made = is_named(error, id.name()) && is_named(copied, id.name()) ? "named" : "not named";
     };
-    operations.push_back({"message", message, language});
-    operations.push_back({"raised", raised, language});
+    operations.push_back({"message in " + language, message, language});
+    operations.push_back({"raised in " + language, raised, language});
   }
-  fail_each_allocation(operations);
+  return operations;
 }
+INSTANTIATE_TEST_SUITE_P(Platform, OutOfMemory, testing::ValuesIn(of_the_platform()), name_of);
 
-TEST(OutOfMemory, LeavesTheOutputOfATransformAsItWas) {
-  const CapturedOutput output;
+std::vector<Operation> of_transforms() {
+  const std::pair<std::string, std::string> texts[] = {
+      {" plain", "plain"}, {" long", pattern(50000)}, {" odd", "\xC3\xA4\xE3\x81\x82 \xFF" + long_text}};
   std::vector<Operation> operations;
   for (const std::string encoding : {"UTF-8", "KOI8-R", "SJIS", "ISO-2022-JP", "GB18030", "UTF-16BE"})
-    for (const QARByteArray in : {std::string("plain"), pattern(50000), "\xC3\xA4\xE3\x81\x82 \xFF" + long_text}) {
+    for (const auto& [name, text] : texts) {
+      const QARByteArray in(text);
       const auto decode = [=](World& w) { LCPToUTF8Transform().transform(in, w.bytes, w.meta); };
       const auto encode = [=](World& w) { UTF8ToLCPTransform().transform(in, w.bytes, w.meta); };
-      operations.push_back({"to UTF-8", decode, "C." + encoding, conversion_failed});
-      operations.push_back({"from UTF-8", encode, "C." + encoding, conversion_failed});
+      operations.push_back({"from " + encoding + name, decode, "C." + encoding, conversion_failed});
+      operations.push_back({"to " + encoding + name, encode, "C." + encoding, conversion_failed});
     }
-  fail_each_allocation(operations);
+  return operations;
 }
+INSTANTIATE_TEST_SUITE_P(Transforms, OutOfMemory, testing::ValuesIn(of_transforms()), name_of);
 
 // Only a failure of a strict stage is a `DeployedException`. First the single pass fails, then each allocation of the
 // two stages.
-TEST(OutOfMemory, IsToldAsItIsOnceAStageIsTolerant) {
+TEST(Transforms, TellOfALackOfMemoryOnceAStageIsTolerant) {
   const ContentLocale locale("KOI8-R");
   const QARByteArray in("\xE6\x97\xA5" + long_text);
   int tolerant = 0;
@@ -343,41 +364,59 @@ void open(World& w, const std::u16string& path, bool runtime) try {
   w.made = "refused";
 }
 
-TEST(OutOfMemory, LosesNothingOfWhatIsRead) {
-  const TemporaryDirectory directory;
+std::vector<Operation> of_readers() {
   const std::vector<std::u16string> extensions{u".a", u"." + long_name};
-  const auto add = [&](World& w) {
+  const auto add = [=](World& w) {
     auto* const transform = new LCPToUTF8Transform;  // this may fail, too
     w.factory.addFileTypeHandler(extensions, transform);
   };
   std::vector<Operation> operations = {{"handler", add}};
-  const auto content = pattern(100000);
-  const auto plain = directory.file("plain", content), odd = directory.file("ä.t", content);
-  const auto link = directory.link("link", "tärget" + std::string(200, 't'));
-  for (const auto& path :
-       {plain, odd, link, directory.path("ä"), directory.path(""), directory.path(std::string(300, 'x'))})
+  const std::pair<std::string, std::u16string> paths[] = {
+      {"a file", u"./plain"}, {"a transformed file", u"./ä.t"},
+      {"a link", u"./link"},  {"a missing file", u"./ä"},
+      {"a directory", u"./"}, {"too long a name", u"./" + std::u16string(300, u'x')}};
+  for (const auto& [name, path] : paths)
     for (const bool runtime : {false, true})
-      operations.push_back({"open", [path, runtime](World& w) { open(w, path, runtime); }});
-  for (const auto& path : {plain, odd, link, directory.file("x.qvz", content), u"stream"s, u"stream.t"s, u"|"s})
+      operations.push_back(
+          {(runtime ? "open at run time " : "open ") + name, [=, path = path](World& w) { open(w, path, runtime); }});
+  using Make = std::function<std::unique_ptr<QARFileReader>(World&)>;
+  const auto on_stream = [](const std::u16string& path) -> Make {
+    return [=](World& w) {
+      w.stream = std::make_unique<HostileStream>(file_content, HostileStream::Manners{7000});
+      return w.factory.getReader(path, *w.stream);
+    };
+  };
+  const auto on_file = [](const std::u16string& path) -> Make {
+    return [=](World& w) { return w.factory.getReader(path); };
+  };
+  const std::pair<std::string, Make> readers[] = {
+      {"a file", on_file(u"plain")},
+      {"a transformed file", on_file(u"ä.t")},
+      {"a transformed path", on_file(u"x.qvz")},
+      {"a link", on_file(u"link")},
+      {"a stream", on_stream(u"stream")},
+      {"a transformed stream", on_stream(u"stream.t")},
+      {"a pipe", [](World& w) { return w.factory.getRuntimeReader(Pipe(file_content).path()); }}};
+  for (const auto& [name, make] : readers)
     for (const unsigned int first : {0U, 10U}) {
-      const auto prepare = [=](World& w) {
-        if (path[0] == u's') w.stream = std::make_unique<HostileStream>(content, HostileStream::Manners{7000});
-        w.reader = path == u"|" ? on_pipe(w.factory, content)
-                   : w.stream   ? w.factory.getReader(path, *w.stream)
-                                : w.factory.getReader(path);
+      const auto prepare = [=, make = make](World& w) {
+        w.reader = make(w);
         w.buffer.resize(131072);
         w.reader->read(w.buffer.data(), first);
       };
+      const auto of = " of " + name + (first == 0 ? "" : " after a chunk");
       // The larger size gets fewer bytes from one call than requested, and then fills the look-ahead for the rest.
       for (const unsigned int size : {50000U, 131072U}) {
         const auto chunk = [size](World& w) { w.count = w.reader->read(w.buffer.data(), size); };
-        operations.push_back({"chunk", chunk, "C", "", prepare});
+        operations.push_back({std::to_string(size) + " bytes" + of, chunk, "C", "", prepare});
       }
-      operations.push_back({"whole", [](World& w) { w.reader->readAll(); }, "C", "", prepare});
-      operations.push_back({"whole, metadata", [](World& w) { w.reader->readAll(w.meta); }, "C", "", prepare});
+      operations.push_back({"the whole" + of, [](World& w) { w.reader->readAll(); }, "C", "", prepare});
+      operations.push_back(
+          {"whole and metadata" + of, [](World& w) { w.reader->readAll(w.meta); }, "C", "", prepare});
     }
-  fail_each_allocation(operations);
+  return operations;
 }
+INSTANTIATE_TEST_SUITE_P(Readers, OutOfMemory, testing::ValuesIn(of_readers()), name_of);
 
 }  // namespace
 }  // namespace Korvane::qardatainterfaces

@@ -2,10 +2,12 @@
 
 #undef _FORTIFY_SOURCE  // fortified headers define some of these functions themselves
 
+#include "support/Pipe.hpp"
 #include "support/ScriptedTransform.hpp"
 #include "support/TemporaryDirectory.hpp"
 #include "support/Watchdog.hpp"
 #include "support/content.hpp"
+#include "support/table.hpp"
 
 #include <gmock/gmock.h>
 #include <qardatainterfaces/DeployedException.hpp>
@@ -14,7 +16,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <utility>
@@ -103,8 +104,6 @@ off_t lseek(int handle, off_t to, int from) noexcept { return call("lseek", SYS_
 namespace Korvane::qardatainterfaces {
 namespace {
 
-using Way = std::function<std::string(QARFileReaderFactory&, std::u16string)>;
-
 std::string by_chunks(QARFileReader& reader) {
   std::string all;
   do {
@@ -116,17 +115,22 @@ std::string by_chunks(QARFileReader& reader) {
   return all;
 }
 
-const Way ways[] = {[](auto& f, auto path) { return chunk(*f.getRuntimeReader(path), 9); },
-                    [](auto& f, auto path) { return text(f.getRuntimeReader(path)->readAll()); },
-                    [](auto& f, auto path) { return text(f.getReader(path)->readAll()); },
-                    [](auto& f, auto path) { return by_chunks(*f.getReader(path)); },
-                    [](auto& f, auto path) {
-                      const auto reader = f.getReader(path);
-                      const auto start = chunk(*reader, 10), all = text(reader->readAll());
-                      const bool sound = reader->readSucceeded() && reader->ready() == 0;
-                      const auto rest = by_chunks(*reader);
-                      return sound && start != refused && rest != refused ? start + all + rest : refused;
-                    }};
+struct Way {
+  const char* name;
+  std::function<std::string(QARFileReaderFactory&, std::u16string)> read;
+};
+
+const Way ways[] = {{"runtime_chunk", [](auto& f, auto path) { return chunk(*f.getRuntimeReader(path), 9); }},
+                    {"runtime_whole", [](auto& f, auto path) { return text(f.getRuntimeReader(path)->readAll()); }},
+                    {"whole", [](auto& f, auto path) { return text(f.getReader(path)->readAll()); }},
+                    {"chunks", [](auto& f, auto path) { return by_chunks(*f.getReader(path)); }},
+                    {"mixed", [](auto& f, auto path) {
+                       const auto reader = f.getReader(path);
+                       const auto start = chunk(*reader, 10), all = text(reader->readAll());
+                       const bool sound = reader->readSucceeded() && reader->ready() == 0;
+                       const auto rest = by_chunks(*reader);
+                       return sound && start != refused && rest != refused ? start + all + rest : refused;
+                     }}};
 
 class SystemCalls : public testing::Test {
 protected:
@@ -134,7 +138,7 @@ protected:
 
   // The content, or the error.
   std::string read(const Way& way, const std::u16string& path) try {
-    return way(factory, path);
+    return way.read(factory, path);
   } catch (const rtxi18nutil::DeployedException& e) {
     return e.identifier();
   } catch (const std::exception& e) {  // thrown by the status queries
@@ -170,34 +174,47 @@ protected:
   QARFileReaderFactory factory;
 };
 
-TEST_F(SystemCalls, FailWithoutDoingHarm) {
-  const auto content = pattern(200000);
-  const std::pair<std::u16string, std::size_t> cases[] = {{directory.file("plain", content), 5},
-                                                          {directory.file("x.t", content), 5},
-                                                          {directory.file("x.qvz", content), 5},
-                                                          {directory.link("link", std::string(100, 't')), 4},
-                                                          {u"/dev/null", 2},
-                                                          {u"/dev/zero", 1}};
-  for (const auto& [path, possible] : cases)
-    for (std::size_t way = 0; way < possible; ++way) {
-      SCOPED_TRACE(testing::Message() << testing::PrintToString(path) << ", way " << way);
-      for (const std::vector<int>& errors : {{EINTR},
-                                             {EIO},
-                                             {ENOMEM},
-                                             {EMFILE},
-                                             {EACCES},
-                                             {ELOOP},
-                                             {cut_short},
-                                             {cut_short, EIO},
-                                             {EINTR, EIO},
-                                             {EINTR, EINTR},
-                                             {cut_short, EINTR, cut_short},
-                                             std::vector{EIO, EIO}})
-        for (std::size_t n = 1; fails_without_harm(ways[way], path, n, errors);) ++n;
-    }
-  std::printf("%zu system calls failed\n", injected);
-  EXPECT_GT(injected, 400U);
+struct Case {
+  std::string file;
+  Way way;
+};
+void PrintTo(const Case& tested, std::ostream* out) { *out << tested.file << ", " << tested.way.name; }
+
+class FailingSystemCalls : public SystemCalls, public testing::WithParamInterface<Case> {};
+
+TEST_P(FailingSystemCalls, DoNoHarm) {
+  const auto& [name, way] = GetParam();
+  for (const auto* const file : {"plain", "x.t", "x.qvz"}) directory.file(file, pattern(200000));
+  directory.link("link", std::string(100, 't'));
+  const auto path = name[0] == '/' ? std::u16string(name.begin(), name.end()) : directory.path(name);
+  for (const std::vector<int>& errors : {{EINTR},
+                                         {EIO},
+                                         {ENOMEM},
+                                         {EMFILE},
+                                         {EACCES},
+                                         {ELOOP},
+                                         {cut_short},
+                                         {cut_short, EIO},
+                                         {EINTR, EIO},
+                                         {EINTR, EINTR},
+                                         {cut_short, EINTR, cut_short},
+                                         std::vector{EIO, EIO}})
+    for (std::size_t n = 1; fails_without_harm(way, path, n, errors);) ++n;
+  EXPECT_GT(injected, 20U);
 }
+
+std::vector<Case> cases() {
+  std::vector<Case> all;
+  // With the number of ways that are possible: links are not read after the whole, nor devices from the start again.
+  const std::pair<const char*, std::size_t> files[] = {{"plain", 5}, {"x.t", 5},       {"x.qvz", 5},
+                                                       {"link", 4},  {"/dev/null", 2}, {"/dev/zero", 1}};
+  for (const auto& [file, possible] : files)
+    for (std::size_t way = 0; way < possible; ++way) all.push_back({file, ways[way]});
+  return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(, FailingSystemCalls, testing::ValuesIn(cases()),
+                         [](const auto& test) { return test_name(test.param.file + ' ' + test.param.way.name); });
 
 // Some regular files temporarily have nothing to read. The library waits for them, although it opens them with
 // O_NONBLOCK.
@@ -211,7 +228,7 @@ TEST_F(SystemCalls, WaitForWhatARegularFileWillHave) {
       const auto result = read(ways[way], path);
       const auto struck = std::exchange(fault, {}).struck;
       if (!struck.empty() && (struck[0] == "read" || struck[0] == "pread")) {
-        EXPECT_EQ(result, expected) << way << ' ' << n;
+        EXPECT_EQ(result, expected) << ways[way].name << ' ' << n;
       }
     }
 }
@@ -229,17 +246,12 @@ TEST_F(SystemCalls, WaitForNoWriterOfAFifoThatTakesThePlaceOfAFile) {
 TEST_F(SystemCalls, LeaveTheContentOfAPipeThatBreaks) {
   for (const auto& [error, expected] : {std::pair(EINTR, "content"), std::pair(EIO, "")})
     for (std::size_t n = 1; n <= 2; ++n) {
-      int ends[2];
-      ASSERT_EQ(::pipe(ends), 0);
-      ASSERT_EQ(::write(ends[1], "content", 7), 7);
-      const auto path = "/proc/self/fd/" + std::to_string(ends[0]);
-      const auto reader = factory.getRuntimeReader({path.begin(), path.end()});
-      ::close(ends[0]);
-      ::close(ends[1]);
+      const Pipe pipe("content");
+      const auto reader = factory.getRuntimeReader(pipe.path());
       fault = {n + 1, {error}};  // after the query of the position
-      const auto whole = text(reader->readAll());
+      const auto content = text(reader->readAll());
       EXPECT_THAT(std::exchange(fault, {}).struck, testing::ElementsAre("read"));
-      EXPECT_EQ(whole, expected);
+      EXPECT_EQ(content, expected);
       EXPECT_EQ(reader->readError().value(), error == EIO ? EIO : 0);
       EXPECT_EQ(reader->ready(), QARFileReader::not_good);
     }
@@ -264,7 +276,6 @@ TEST_F(SystemCalls, FindFilesThatGrowShrinkAndVanishAtEachRead) {
         ASSERT_TRUE(content.compare(0, all.size(), all) == 0) << first << ' ' << step << ' ' << chunk_size;
         shortest = std::min(shortest, all.size()), longest = std::max(longest, all.size());
       }
-  std::printf("%zu reads\n", reads);
   EXPECT_TRUE(shortest == 0 && longest == content.size()) << shortest << ' ' << longest;
 }
 }  // namespace

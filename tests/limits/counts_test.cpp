@@ -1,5 +1,6 @@
 #include "support/Allocator.hpp"
 #include "support/HostileStream.hpp"
+#include "support/Pipe.hpp"
 #include "support/TemporaryDirectory.hpp"
 
 #include "TemporaryFile.hpp"
@@ -19,9 +20,7 @@
 #include <utility>
 #include <vector>
 
-#include <fcntl.h>
 #include <sys/syscall.h>
-#include <unistd.h>
 
 namespace Korvane::qardatainterfaces {
 namespace {
@@ -69,20 +68,8 @@ TEST(Allocations, ChunksTakeOneBuffer) {
 // A reader keeps the content if the content was made as a whole, and no intermediate storage.
 TEST(Allocations, AReaderKeepsWhatItDeliversAndNothingElse) {
   const std::string content(MiB, 'x');
-  const auto on_pipe = [&](QARFileReaderFactory& factory, const char* extension) {
-    int ends[2];
-    EXPECT_EQ(::pipe(ends), 0);
-    EXPECT_GE(::fcntl(ends[1], F_SETPIPE_SZ, MiB), 0);
-    EXPECT_EQ(::write(ends[1], content.data(), content.size()), static_cast<ssize_t>(content.size()));
-    const TemporaryDirectory directory;
-    auto reader = factory.getRuntimeReader(
-        directory.link(std::string("pipe") + extension, "/proc/self/fd/" + std::to_string(ends[0])));
-    EXPECT_EQ(::close(ends[0]) + ::close(ends[1]), 0);
-    return reader;
-  };
   QARFileReaderFactory factory;
   factory.addFileTypeHandler({u".t"}, new QARCodePageTransform("", "UTF-8", "UTF-8"));
-  const TemporaryDirectory directory;
   std::vector<char> buffer(MiB);
   for (const std::string source : {"file", "pipe", "stream", "stalling stream"})
     for (const std::string extension : {"", ".t"})
@@ -91,11 +78,14 @@ TEST(Allocations, AReaderKeepsWhatItDeliversAndNothingElse) {
           SCOPED_TRACE(source + extension + (whole ? ", whole" : ", by chunks"));
           const bool stalls = source == "stalling stream";
           HostileStream stream(content, {~0UL, stalls ? 100 : 0});
+          const Pipe pipe(content);
+          const TemporaryDirectory directory;
           const auto path = directory.file("file" + extension, content);
+          const auto link = directory.link("pipe" + extension, pipe.native());
           std::unique_ptr<QARFileReader> reader;
           const auto spent = of([&] {
             reader = source == "file"   ? factory.getReader(path)
-                     : source == "pipe" ? on_pipe(factory, extension.c_str())
+                     : source == "pipe" ? factory.getRuntimeReader(link)
                                         : factory.getReader(path, stream);
             QARMetaData meta;
             if (whole) reader->readAll(meta);
