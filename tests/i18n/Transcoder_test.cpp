@@ -246,10 +246,5 @@ TEST_P(Pieces, KeepWithinTheRoom) {
 INSTANTIATE_TEST_SUITE_P(AllCodePages, Pieces, testing::ValuesIn(code_page_names()),
                          [](const auto& test) { return test_name(test.param); });
 
-TEST(Transcoder, RefusesWhatTheConvertersRefuse) {
-  EXPECT_THROW(Transcoder("no-such-encoding", "UTF-8"), CvtExceptionBase);
-  EXPECT_THROW(Transcoder("UTF-8", "x11-compound-text"), CvtExceptionBase);
-}
-
 }  // namespace
 }  // namespace ku::i18n

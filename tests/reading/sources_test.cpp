@@ -15,7 +15,6 @@
 #include <cstring>
 #include <map>
 #include <optional>
-#include <system_error>
 #include <thread>
 
 #include <fcntl.h>
@@ -109,12 +108,10 @@ private:
                                                     : factory.getReader(path);
     if (once_open_) once_open_();
     read(*reader);
-    result_ += statuses(*reader);
+    result_ += statuses(*reader) + reason(reader->readError());
     if (result_.compare(0, 2, ", ") == 0) result_.erase(0, 2);
-    add_reason(reader->readError());
   } catch (const rtxi18nutil::DeployedException& error) {
-    result_ = error.identifier().substr(std::strlen("QARDATAINTERFACES_FILE_"));
-    add_nested_reason(error);
+    result_ = error.identifier().substr(std::strlen("QARDATAINTERFACES_FILE_")) + reason(error);
   }
 
   void read(QARFileReader& reader) {
@@ -139,20 +136,6 @@ private:
       all += next;
     } while (reader.more() && --left > 0);
     return all;
-  }
-
-  void add(const std::string& state) {
-    if (!result_.empty()) result_ += ", ";
-    result_ += state;
-  }
-  void add_reason(const std::error_code& reason) {
-    EXPECT_TRUE(!reason || reason.category() == std::system_category());
-    if (reason) add(::strerrorname_np(reason.value()));
-  }
-  void add_nested_reason(const std::exception& error) try {
-    std::rethrow_if_nested(error);
-  } catch (const std::system_error& reason) {
-    add_reason(reason.code());
   }
 
   void fill(const std::string& text) const { directory_.file(name_, text); }

@@ -2,7 +2,10 @@
 
 #include <qardatainterfaces/QARFileReader.hpp>
 
+#include <cstring>
+#include <exception>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace Korvane::qardatainterfaces {
@@ -42,6 +45,20 @@ inline std::string statuses(QARFileReader& reader) {
     }
   };
   return named("lastError()", reader.lastError()) + named("ready()", reader.ready());
+}
+
+/// The name of the system's error, after a comma; nothing if there is none.
+inline std::string reason(const std::error_code& error) {
+  if (!error) return "";
+  return error.category() == std::system_category() ? std::string(", ") + ::strerrorname_np(error.value())
+                                                    : ", not of the system";
+}
+/// That of the error that the exception is nested around.
+inline std::string reason(const std::exception& exception) try {
+  std::rethrow_if_nested(exception);
+  return "";
+} catch (const std::system_error& error) {
+  return reason(error.code());
 }
 
 }  // namespace Korvane::qardatainterfaces

@@ -58,7 +58,8 @@ std::u16string Row::units(std::size_t index) const {
   std::u16string units;
   for (std::size_t from = 0, to = 0; from < field.size(); from = to + 6) {
     to = std::min(field.find("\\u", from), field.size());
-    units += std::filesystem::path(std::u8string(field.begin() + from, field.begin() + to)).u16string();
+    const std::u8string text(reinterpret_cast<const char8_t*>(field.data()) + from, to - from);
+    units += std::filesystem::path(text).u16string();
     if (to == field.size()) break;
     const auto unit = hexadecimal(std::string_view(field).substr(to + 2), 4);
     if (!unit) fail("four hexadecimal digits must follow \\u");

@@ -29,20 +29,24 @@ const std::map<std::string, Direction> directions = {{"to_utf8", {new_transform<
                                                      {"to_lcp", {new_transform<UTF8ToLCPTransform>, "UTF-8", ""}}};
 void PrintTo(const Named& named, std::ostream* stream) { *stream << named.first; }
 
-void expect_conversion(QARTransform& transform, const std::string& in, const std::string& expected,
-                       std::size_t notices) {
-  QARByteArray array(in), out(std::string("before"));
+class Conversions : public RowTest {};
+
+TEST_P(Conversions, GiveTheOutcomeAndTheNotices) {
+  const auto transform = look_up(row, "transform", directions, row.at(0)).make();
+  const ContentLocale locale(row.at(1));
+  const auto expected = row.at(3);
+  QARByteArray array(row.at(2)), out(std::string("before"));
   unsigned char byte = 0;
   out.read(&byte, 1);
   QARMetaData meta(false, "user data");
   std::string lines;
-  while (notices-- > 0) lines += "Invalid character was detected.\n";
+  for (auto notices = row.number(4); notices > 0; --notices) lines += "Invalid character was detected.\n";
   const CapturedOutput output;
   try {
-    EXPECT_TRUE(transform.transform(array, out, meta));
+    EXPECT_TRUE(transform->transform(array, out, meta));
     EXPECT_TRUE(out == QARByteArray(expected)) << testing::PrintToString(text(out));
     EXPECT_EQ(output.text(), lines);
-    EXPECT_TRUE(transform.transform(array, array, meta)) << "in and out are the same";
+    EXPECT_TRUE(transform->transform(array, array, meta)) << "in and out are the same";
     EXPECT_TRUE(array == out);
   } catch (const rtxi18nutil::DeployedException& error) {
     EXPECT_EQ(error.identifier(), "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER");
@@ -52,14 +56,6 @@ void expect_conversion(QARTransform& transform, const std::string& in, const std
     EXPECT_TRUE(out.read(&byte, 1) == 1 && byte == 'e') << "not even the read position has changed";
   }
   EXPECT_EQ(meta.getUserData(), "user data");
-}
-
-class Conversions : public RowTest {};
-
-TEST_P(Conversions, GiveTheOutcomeAndTheNotices) {
-  const auto transform = look_up(row, "transform", directions, row.at(0)).make();
-  const ContentLocale locale(row.at(1));
-  expect_conversion(*transform, row.at(2), row.at(3), row.number(4));
 }
 
 INSTANTIATE_TEST_SUITE_P(, Conversions, testing::ValuesIn(table("tests/transforms/conversions.txt")), RowTest::name);
