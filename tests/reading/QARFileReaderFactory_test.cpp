@@ -94,7 +94,8 @@ std::string outcome(std::u16string path, bool runtime) try {
   const std::u16string queried = path.substr(path.compare(0, 3, u"//:") == 0 ? 3 : 0).c_str();
   EXPECT_EQ(error.path1().native(), ku::i18n::to_string(queried));
   const std::string query(error.what(), std::strstr(error.what(), ": "));
-  return query.substr(std::strlen("boost::filesystem::")) + reason(error.code());
+  EXPECT_EQ(error.code().category(), boost::system::system_category());
+  return query.substr(std::strlen("boost::filesystem::")) + reason({error.code().value(), std::system_category()});
 }
 
 class Paths : public RowTest {};

@@ -15,6 +15,7 @@
 #include <cstring>
 #include <map>
 #include <optional>
+#include <set>
 #include <thread>
 
 #include <fcntl.h>
@@ -60,6 +61,7 @@ void PrintTo(const Case& tested, std::ostream* out) { PrintTo(tested.row, out); 
 
 std::vector<Case> cases() {
   std::vector<Case> all;
+  std::set<std::string> names;
   const auto split = [](const std::string& list) {
     std::vector<std::string> parts;
     return boost::split(parts, list, boost::is_any_of(","));
@@ -67,7 +69,10 @@ std::vector<Case> cases() {
   for (const auto& row : table("tests/reading/sources.txt"))
     for (const auto& source : split(row.at(0)))
       for (const auto& kind : split(row.at(1)))
-        for (const auto& by : split(row.at(2))) all.push_back({row, source, kind, by});
+        for (const auto& by : split(row.at(2))) {
+          all.push_back({row, source, kind, by});
+          if (!names.insert(source + ' ' + kind + ' ' + by).second) row.fail("there is a row of this kind already");
+        }
   return all;
 }
 
