@@ -170,10 +170,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       registered = QARPath::fromNative(name.substr(dot).c_str());
   }
   QARFileReaderFactory factory;
-  factory.addFileTypeHandler(
-      {u"", registered},
-      new ScriptedTransform([](auto& in, auto& out, auto&) { return out = QARByteArray(text(in) + "!"), true; },
-                            false));
+  const auto append_mark = [](auto& in, auto& out, auto&) {
+    out = QARByteArray(text(in) + "!");
+    return true;
+  };
+  factory.addFileTypeHandler({u"", registered}, new ScriptedTransform(append_mark, false));
   for (const auto& [path, runtime] : asked)
     if (const auto result = expected(path, runtime, registered); !result.empty())
       require(found(factory, path, runtime) == result);
