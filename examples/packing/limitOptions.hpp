@@ -8,8 +8,9 @@ namespace packing {
 
 /// Adds the command-line options for the limits. `app` keeps a reference to `limits`.
 inline void addLimitOptions(CLI::App& app, Limits& limits) {
-  app.add_option("--max-size", limits.size, "What the archive may become, in bytes")->capture_default_str();
-  app.add_option("--max-ratio", limits.ratio, "The same, in times of its own size")
+  app.add_option("--max-size", limits.size, "Largest size of the unpacked content, in bytes")->capture_default_str();
+  app.add_option("--max-ratio", limits.ratio,
+                 "Largest size of the unpacked content, as a multiple of the size of the archive")
       ->capture_default_str()
       ->check(CLI::PositiveNumber);
 }

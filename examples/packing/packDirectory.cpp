@@ -84,7 +84,7 @@ void Packing::pack(const Found& found) {
   checkName(name);
   struct stat status {};
   if (::lstat(found.path.c_str(), &status) != 0) failAbout(found.path);
-  if (writer_.is(status)) throw std::runtime_error("the archive lies in the directory that it is made of");
+  if (writer_.is(status)) throw std::runtime_error("the archive is in the directory to be packed");
   const auto path = QARPath::fromNative(found.path.native());
   const auto reader = factory_.getReader(path);
   di::QARMetaData meta(options_.demo, "");
