@@ -32,7 +32,7 @@ done <<END
 ISO-8859-1 UTF-8 ascii 10 10
 ISO-8859-1 UTF-8 western 29 45
 KOI8-R UTF-8 cyrillic 86 86
-Shift_JIS UTF-8 japanese 125 125
+Shift_JIS UTF-8 japanese 128 128
 UTF-8 KOI8-R cyrillic 67 125
 UTF-8 UTF-16LE emoji 58 300
 END

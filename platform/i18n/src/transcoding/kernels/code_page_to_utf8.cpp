@@ -77,6 +77,22 @@ Step convert_long(const char* from, char* to, const DecodeNode* node, Entry entr
   return {length, put_utf8(value_of(entry), to)};
 }
 
+// Converts one character. Inlined by force: clang would call it, which takes 5 more instructions for each byte of
+// Shift_JIS.
+struct MultiByteStep {
+  [[gnu::always_inline]] Step operator()(const char* from, char* to) const noexcept {
+    const auto first = byte_at(from, 0);
+    Entry bytes = root.entry(first);
+    if (bytes > 0) return put_entry(1, bytes, to);
+    const auto* const node = children[first].load(std::memory_order_acquire);
+    bytes = node->entry(byte_at(from, 1));
+    return bytes > 0 ? put_entry(2, bytes, to) : convert_long(from, to, node, bytes);
+  }
+
+  const DecodeNode& root;
+  const DecodeNode::Children& children;
+};
+
 }  // namespace
 
 constinit const DecodeNode DecodeNode::none{};
@@ -96,15 +112,7 @@ constinit const DecodeNode::Children DecodeNode::no_children =
 }
 
 ByteCursor multi_byte_to_utf8(ByteCursor c, const DecodeNode& root, bool keeps_ascii) noexcept {
-  const auto& children = *root.children.load(std::memory_order_acquire);
-  return convert_by_steps(c, keeps_ascii, [&root, &children](const char* from, char* to) {
-    const auto first = byte_at(from, 0);
-    Entry bytes = root.entry(first);
-    if (bytes > 0) return put_entry(1, bytes, to);
-    const auto* const node = children[first].load(std::memory_order_acquire);
-    bytes = node->entry(byte_at(from, 1));
-    return bytes > 0 ? put_entry(2, bytes, to) : convert_long(from, to, node, bytes);
-  });
+  return convert_by_steps(c, keeps_ascii, MultiByteStep{root, *root.children.load(std::memory_order_acquire)});
 }
 
 }  // namespace ku::i18n::detail
