@@ -13,8 +13,8 @@ namespace ku::filesystem {
 
 /// Decodes file names, or parts of them, from the process code (see `ku::i18n::to_string`) to UTF-16.
 ///
-/// The result is that of `detail::process_code_traits::to_internal`, but bytes that are no text are no exception. One
-/// decoder opens at most one converter, so keep it for all parts of a name.
+/// Like `detail::process_code_traits::to_internal`, but returns none for bytes that are not valid text instead of
+/// raising an exception. A decoder opens at most one converter, so use the same one for all parts of a name.
 ///
 /// Errors   Every member may raise `std::bad_alloc`; the decoder remains usable.
 /// Threads  Distinct decoders are independent; one may be used by one thread at a time.
@@ -25,7 +25,7 @@ public:
   NameDecoder(const NameDecoder&) = delete;
   NameDecoder& operator=(const NameDecoder&) = delete;
 
-  /// Decodes `bytes` as a complete text. Returns none if any of them is malformed or cut off.
+  /// Decodes `bytes` as a complete text. Returns none if they are malformed or incomplete.
   std::optional<std::u16string> decode(std::string_view bytes);
 
 private:
