@@ -119,6 +119,7 @@ TEST_P(Windows, ConvertEveryFragmentAlikeWhereverItStands) {
       for (const char* rest : {"", "\x80", "\x81\x31", "\x80\x80"})
         fragments.push_back(std::string{static_cast<char>(first), static_cast<char>(second)} + rest);
   const auto& [source, target, fillings] = GetParam();
+  for (const auto& filling : fillings) fragments.push_back(filling.substr(0, filling.size() - 1));  // incomplete
   std::size_t number = 0;
   for (const auto& filling : fillings)
     for (const auto& fragment : fragments) {
@@ -204,7 +205,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"UTF-8", "UTF-8", {"a", "я", "日", "😀"}},
                     Case{"UTF-8", "KOI8-R", {"я", "aя", std::string(30, 'a') + "─"}},
                     Case{"UTF-8", "ISO-8859-1", {"é", "aaé", "日"}}, Case{"UTF-8", "IBM037", {"a", "é"}},
-                    Case{"UTF-8", "TIS-620", {"ก", "aaก"}}, Case{"UTF-8", "windows-1258", {"đ", "aaaaaế", "₫ế"}},
+                    Case{"UTF-8", "TIS-620", {"ภ", "aกแ"}}, Case{"UTF-8", "windows-1258", {"đ", "aaaaaế", "₫ế"}},
                     Case{"UTF-8", "Shift_JIS", {"я", "日"}}, Case{"UTF-8", "GB18030", {"한", "😀"}},
                     Case{"UTF-8", "EUC-JP", {"日", "日a本я"}}, Case{"Shift_JIS", "EUC-JP", {"\x93\xFA"}}),
     [](const auto& test) { return test_name(test.param.source + std::string(" to ") + test.param.target); });

@@ -4,6 +4,7 @@
 #include "transcoding/kernels/avx2/target.hpp"
 #include "transcoding/kernels/utf8.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -50,6 +51,46 @@ Bytes codes_at(const char* from, const CharacterRanges<length>& ranges) noexcept
   return {ranges.codes(from), ranges.codes(from + sizeof(__m256i))};
 }
 
+// Converts text of ASCII and of one or two ranges of three bytes, such as Thai, up to `most_blocks`. The characters
+// are packed first and looked up afterwards: only every third byte begins a character.
+//
+// Invariant  as below; what has been written are slots.
+// Reads      a block and the bytes after it that it needs; the loop ends before there are fewer.
+// Writes     a block; the loop ends before there is less room.
+// Returns    whether all of these characters have codes. If not, nothing has been converted.
+// Measured   Thai 5.6 GB/s, by `utf8_to_single_byte` alone 3.7. If each block were looked up when it has been packed,
+// the
+//            loads would wait for the stores: 3.3.
+bool convert_triples(ByteCursor& c, std::uint64_t& due, const CharacterRanges<3>& ranges) noexcept {
+  constexpr std::size_t most_blocks = 64;  // they stay in the cache
+  ByteCursor now = c;
+  std::uint64_t due_now = due;
+  for (std::size_t blocks = 0;
+       blocks < most_blocks && now.left() >= Utf8Block::bytes_read && now.room() >= Utf8Block::size; ++blocks) {
+    const std::uint64_t non_ascii = Bytes::at(now.from).signs();
+    const auto low = ranges.slots(now.from), high = ranges.slots(now.from + sizeof(__m256i));
+    const std::uint64_t leads = Bytes{low.leads, high.leads}.signs();
+    if ((due_now | leads | leads << 1 | leads << 2) != non_ascii) break;
+    alignas(32) std::array<char, Utf8Block::size> slots;
+    Bytes{low.bytes, high.bytes}.store(slots.data());
+    now.to = put_kept(slots.data(), ~non_ascii | leads, now.to);
+    now.from += Utf8Block::size;
+    due_now = leads >> 63 | leads >> 62;
+  }
+  __m256i missing = _mm256_setzero_si256();
+  char* slots = c.to;
+  for (; now.to - slots >= std::ptrdiff_t{sizeof(__m256i)}; slots += sizeof(__m256i))
+    missing = _mm256_or_si256(missing, ranges.look_up(slots));
+  alignas(32) std::array<char, sizeof(__m256i)> rest{};
+  std::copy(slots, now.to, rest.data());
+  missing = _mm256_or_si256(missing, ranges.look_up(rest.data()));
+  std::copy(rest.data(), rest.data() + (now.to - slots), slots);
+  if (_mm256_movemask_epi8(missing) != 0) return false;
+  c = now;
+  due = due_now;
+  return true;
+}
+
 }  // namespace
 
 // Converts a block of 64 bytes at a time. The characters of all ranges that the text has had so far are looked up at
@@ -71,6 +112,7 @@ ByteCursor utf8_to_single_byte(ByteCursor c, const EncodeRows& rows) noexcept {
   CharacterRanges<2> pairs;
   CharacterRanges<3> triples;
   std::uint64_t due = 0;
+  bool has_all_triples = true;
   while (bytes != nullptr && c.left() >= Utf8Block::bytes_read && c.room() >= Utf8Block::size) {
     const auto block = Bytes::at(c.from);
     const std::uint64_t non_ascii = block.signs();
@@ -78,6 +120,11 @@ ByteCursor utf8_to_single_byte(ByteCursor c, const EncodeRows& rows) noexcept {
       block.store(c.to);
       c.advance(Utf8Block::size);
       continue;
+    }
+    if (has_all_triples && pairs.is_empty() && triples.have_slots()) {
+      const char* const before = c.from;
+      has_all_triples = convert_triples(c, due, triples);
+      if (c.from != before) continue;
     }
     const auto codes2 = codes_at(c.from, pairs);
     const std::uint64_t leads2 = codes2.non_zeros();
