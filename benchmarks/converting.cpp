@@ -160,8 +160,7 @@ void run_large_texts(Report& report) {
   }
 }
 
-/// Text for which neither tables nor runs of ASCII help: it must never be slower than ICU.
-/// From UTF-8, the library must be faster than both of ICU's ways.
+/// From UTF-8, the library is compared with both ways of ICU.
 Contest against_icu_both(const SharedWork& work, double goal) {
   return {work->content.size(),
           {ours(work), peer("tight ICU", work, tight_icu, goal), peer("ucnv_convertEx", work, convert_ex, goal)}};

@@ -109,7 +109,8 @@ std::u16string line(const Script& script, std::mt19937& random) {
     text += script.words[below(script.words.size())];
     if (below(script.separated) == 0) text += script.separator;
   }
-  return text += u'\n';
+  text += u'\n';
+  return text;
 }
 
 }  // namespace

@@ -55,8 +55,10 @@ std::vector<long> system_calls_of(const std::function<void()>& task) {
     constexpr int system_call = SIGTRAP | 0x80;
     const int signal = WSTOPSIG(status);
     if (signal == SIGTRAP && ++marks == 1) ::ptrace(PTRACE_SETOPTIONS, child, 0, PTRACE_O_TRACESYSGOOD);
-    if (signal == system_call && (inside = !inside))
-      calls.push_back(::ptrace(PTRACE_PEEKUSER, child, offsetof(user, regs.orig_rax), 0));
+    if (signal == system_call) {
+      inside = !inside;  // stops at the start and at the end of each call
+      if (inside) calls.push_back(::ptrace(PTRACE_PEEKUSER, child, offsetof(user, regs.orig_rax), 0));
+    }
     const bool foreign = signal != SIGTRAP && signal != system_call;
     ::ptrace(marks == 1 ? PTRACE_SYSCALL : PTRACE_CONT, child, 0, foreign ? signal : 0);
   }

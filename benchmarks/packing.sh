@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # packing.sh PACK [DIRECTORY]: measures the time that the example takes to pack a directory, relative to bsdtar. Both
-# run in turns, seven times, with archives in memory. Prints the median ratio, the least and the greatest.
+# run in turns, seven times, with archives in memory. Prints the median ratio, and the smallest and the largest one.
 set -euo pipefail
 pack=$(realpath "$1") directory=$(realpath "${2:-/usr/share/doc}")
 archives=$(mktemp --directory --tmpdir=/dev/shm)

@@ -67,11 +67,11 @@ show 0 "qarread $sjis -r --catalogue app"
 [ -n "$packing" ] || exit 0
 rm -r app/sjis
 
-say 'Packed where the code page is Latin-1. In the archive, text is UTF-8.'
+say 'Pack on a system with the code page Latin-1. In the archive, text is UTF-8.'
 show 0 'pack --locale de_DE.ISO-8859-1 --lcp-to-utf8 txt --macro HOME=/opt/app app app.tar.gz'
 show 0 'list app.tar.gz'
 
-say 'Unpacked where the code page is CP850: the text is what iconv converts it to, other files are unchanged.'
+say 'Unpack on a system with the code page CP850: iconv gives the same text, and other files are unchanged.'
 show 0 'unpack --locale de_DE.CP850 --utf8-to-lcp txt app.tar.gz unpacked'
 show 0 'od -A n -t x1z -w24 unpacked/text/greeting.txt'
 show 0 'iconv -f ISO-8859-1 -t CP850 app/text/greeting.txt | cmp - unpacked/text/greeting.txt'

@@ -10,9 +10,9 @@ namespace {
 
 bool isSafe(unsigned code) {
   const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x2028 || code == 0x2029;
-  const bool turnsText = code == 0x200E || code == 0x200F || code == 0x061C || (code >= 0x202A && code <= 0x202E) ||
-                         (code >= 0x2066 && code <= 0x2069);
-  return !isControl && !turnsText && code != '\\';
+  const bool changesDirection = code == 0x200E || code == 0x200F || code == 0x061C ||
+                                (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+  return !isControl && !changesDirection && code != '\\';
 }
 
 void appendEscape(std::u16string& to, const char* format, unsigned code) {

@@ -72,10 +72,11 @@ struct Conversion {
   }
 };
 
+constexpr auto is_same = [](auto& x, auto& y) {
+  return x.offset == y.offset && x.length == y.length && x.character == y.character && x.malformed == y.malformed;
+};
+
 bool operator==(const Conversion& a, const Conversion& b) {
-  const auto is_same = [](auto& x, auto& y) {
-    return x.offset == y.offset && x.length == y.length && x.character == y.character && x.malformed == y.malformed;
-  };
   return a.text == b.text && std::equal(a.losses.begin(), a.losses.end(), b.losses.begin(), b.losses.end(), is_same);
 }
 
@@ -105,58 +106,63 @@ Conversion convert(const std::string& text, const std::string& from, const std::
   return result;
 }
 
-/// Converts text without losses by iconv; none if iconv refuses it.
-std::optional<std::string> by_iconv(const std::string& text, const std::string& from, const std::string& to) {
-  if (text.empty()) return "";
-  const auto units = iconv_of(from).decode(text);
-  return units ? iconv_of(to).encode(*units) : std::nullopt;
-}
+/// Other converters for the text between the losses of one conversion. Both return none if there is a loss.
+class Others {
+public:
+  Others(const std::string& from, const std::string& to)
+      : source_(iconv_of(from)), target_(iconv_of(to)), decoder_(kept<Ours>(from)), encoder_(kept<Ours>(to)) {}
 
-/// Converts text without losses character by character; none if there is a loss. The test `CodePages` compares each
-/// character with iconv.
-std::optional<std::string> by_characters(const std::string& text, const std::string& from, const std::string& to) {
-  std::string result;
-  for (std::size_t at = 0; at < text.size();) {
-    std::optional<std::u16string> units;
-    for (std::size_t length = 1; !units && length <= std::min<std::size_t>(text.size() - at, 4); ++length) {
-      units = kept<Ours>(from).decode(text.substr(at, length));
-      if (units) at += length;
-    }
-    if (!units) return std::nullopt;
-    for (const auto code : to_codes(*units)) {
-      const auto bytes = kept<Ours>(to).encode(code);
-      if (!bytes) return std::nullopt;
-      result += *bytes;
-    }
+  std::optional<std::string> by_iconv(const std::string& text) {
+    if (text.empty()) return "";
+    const auto units = source_.decode(text);
+    return units ? target_.encode(*units) : std::nullopt;
   }
-  return result;
-}
+
+  /// Converts character by character. The test `CodePages` compares each character with iconv.
+  std::optional<std::string> by_characters(const std::string& text) {
+    std::string result;
+    for (std::size_t at = 0; at < text.size();) {
+      std::optional<std::u16string> units;
+      for (std::size_t length = 1; !units && length <= std::min<std::size_t>(text.size() - at, 4); ++length) {
+        units = decoder_.decode(text.substr(at, length));
+        if (units) at += length;
+      }
+      if (!units) return std::nullopt;
+      for (const auto code : to_codes(*units)) {
+        const auto bytes = encoder_.encode(code);
+        if (!bytes) return std::nullopt;
+        result += *bytes;
+      }
+    }
+    return result;
+  }
+
+  /// Whether the text between the losses, converted by `converter`, and the substitute in place of each loss are the
+  /// result.
+  bool agree(std::optional<std::string> (Others::*converter)(const std::string&), const std::string& text,
+             const Conversion& conversion) {
+    std::string result;
+    std::size_t at = 0;
+    for (const auto& loss : conversion.losses) {
+      const auto segment = (this->*converter)(text.substr(at, loss.offset - at));
+      if (!segment) return false;
+      result += *segment + encoder_.substitute();
+      at = loss.offset + loss.length;
+    }
+    const auto last = (this->*converter)(text.substr(at));
+    return last && result + *last == conversion.text;
+  }
+
+private:
+  Iconv &source_, &target_;
+  Ours &decoder_, &encoder_;
+};
 
 /// Whether iconv and the library convert this character differently.
 bool has_otherwise(char32_t code, const std::string& page) {
   const auto theirs = iconv_of(page).encode(code);
   auto& ours = kept<Ours>(page);
   return ours.encode(code) != theirs || (theirs && ours.decode(*theirs) != iconv_of(page).decode(*theirs));
-}
-
-/// Converts the text between the losses by `converter`, and puts the substitute in place of each loss.
-template <class Converter>
-std::optional<std::string> joined(Converter converter, const std::string& text,
-                                  const std::vector<ConversionLoss>& losses, const std::string& from,
-                                  const std::string& to) {
-  std::optional<std::string> result;
-  std::size_t at = 0;
-  const auto add_until = [&](std::size_t end) {
-    const auto segment = converter(text.substr(at, end - at), from, to);
-    if (segment) result = result.value_or("") + *segment;
-    return segment.has_value();
-  };
-  for (const auto& loss : losses) {
-    if (!add_until(loss.offset)) return std::nullopt;
-    *result += kept<Ours>(to).substitute();
-    at = loss.offset + loss.length;
-  }
-  return add_until(text.size()) ? result : std::nullopt;
 }
 
 /// Checks that each loss is also a loss for iconv or the converters, and that they convert all other text in the same
@@ -168,21 +174,22 @@ void judge(const std::string& text, const Conversion& conversion, const std::str
     require(loss.offset >= at && loss.length > 0 && loss.offset + loss.length <= text.size());
     require(!loss.malformed || loss.character == malformed);
     at = judgement == Judgement::none ? loss.offset : loss.offset + loss.length;  // characters of UTF-7 share bytes
-    const auto lost = text.substr(loss.offset, loss.length);
-    if (judgement == Judgement::characters) require(!by_characters(lost, from, to));
-    if (judgement == Judgement::strict) require(!by_iconv(lost, from, to));
   }
-  if (judgement == Judgement::none || (judgement == Judgement::whole && (text.empty() || !conversion.losses.empty())))
-    return;
-  if (joined(by_iconv, text, conversion.losses, from, to) == conversion.text) return;
+  if (judgement == Judgement::none) return;
+  Others others(from, to);
   if (judgement == Judgement::whole) {
+    if (text.empty() || !conversion.losses.empty() || others.agree(&Others::by_iconv, text, conversion)) return;
     const auto codes = to_codes(iconv_of("UTF-8").decode(from == "UTF-8" ? text : conversion.text).value_or(u""));
     const auto& page = from == "UTF-8" ? to : from;
     require(std::any_of(codes.begin(), codes.end(), [&](char32_t code) { return has_otherwise(code, page); }));
     return;
   }
-  require(judgement == Judgement::characters);
-  require(joined(by_characters, text, conversion.losses, from, to) == conversion.text);
+  for (const auto& loss : conversion.losses) {
+    const auto lost = text.substr(loss.offset, loss.length);
+    require(!(judgement == Judgement::strict ? others.by_iconv(lost) : others.by_characters(lost)));
+  }
+  require(others.agree(&Others::by_iconv, text, conversion) ||
+          (judgement == Judgement::characters && others.agree(&Others::by_characters, text, conversion)));
 }
 
 /// Compares with the library's two converters, which convert through UTF-16.
@@ -214,9 +221,7 @@ void check_code_page_transform(const std::string& text, const Conversion& whole,
   const auto& [malformed, unmappable, places] = transform.loss;
   require(malformed == whole.malformed() && malformed + unmappable == whole.losses.size());
   require(places.size() == std::min(whole.losses.size(), QARConversionLoss::most_places));
-  require(std::equal(places.begin(), places.end(), whole.losses.begin(), [](auto& x, auto& y) {
-    return x.offset == y.offset && x.length == y.length && x.character == y.character && x.malformed == y.malformed;
-  }));
+  require(std::equal(places.begin(), places.end(), whole.losses.begin(), is_same));
 }
 
 void check_local_transform(const std::string& text, const Conversion& whole, const std::string& code_page,

@@ -75,10 +75,10 @@ std::string found(QARFileReaderFactory& factory, const std::u16string& path, boo
 }
 
 /// A FIFO delivers its content, once.
-void check_fifo(QARFileReaderFactory& factory, const std::string& native, const std::string& content) {
+void check_fifo(const std::string& native, const std::string& content) {
   const int writer = ::open(native.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
   require(::write(writer, content.data(), content.size()) == static_cast<ssize_t>(content.size()));
-  const auto reader = factory.getRuntimeReader(QARPath::fromNative(native));
+  const auto reader = QARFileReaderFactory().getRuntimeReader(QARPath::fromNative(native));
   ::close(writer);
   const auto start = chunk(*reader, 3);
   require(start + text(reader->readAll()) == content && reader->ready() == QARFileReader::not_good);
@@ -87,7 +87,7 @@ void check_fifo(QARFileReaderFactory& factory, const std::string& native, const 
 /// The files created for one input. The directory above them exists until the program ends.
 class Tree {
 public:
-  Tree() { std::filesystem::create_directory(root()); }
+  Tree() = default;
   ~Tree() {
     for (; !made_.empty(); made_.pop_back())
       if (::unlink(made_.back().c_str()) != 0) ::rmdir(made_.back().c_str());
@@ -97,6 +97,7 @@ public:
 
   static const std::string& root() {
     static const struct Root {
+      Root() { std::filesystem::create_directory(path); }
       ~Root() { ::rmdir(path.c_str()); }
       std::string path =
           (std::filesystem::temp_directory_path() / ("zrqar." + std::to_string(::getpid()))).native() + "/";
@@ -161,19 +162,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto native = Tree::root() + name.c_str();
     const bool leads_out = kind == Kind::link && (name.find('/') != name.npos || content[0] == '/');
     const bool is_made = !leads_out && tree.make(kind, native, content);
-    QARFileReaderFactory plain;
-    if (is_made && kind == Kind::fifo) check_fifo(plain, native, content);
+    if (is_made && kind == Kind::fifo) check_fifo(native, content);
     const auto& start = before[choice / 6 % 3];
     const auto& end = behind[choice / 18 % 8];
-    asked.push_back({start + root + QARPath::fromNative(name.c_str()) + end, choice / 144 == 1});
-    if (const auto dot = name.rfind('.'); dot != name.npos)
-      registered = QARPath::fromNative(name.substr(dot).c_str());
+    const auto path = QARPath::fromNative(name.c_str());
+    asked.push_back({start + root + path + end, choice / 144 == 1});
+    if (const auto dot = path.rfind(u'.'); dot != path.npos) registered = path.substr(dot);
   }
   QARFileReaderFactory factory;
-  factory.addFileTypeHandler(
-      {u"", registered},
-      new ScriptedTransform([](auto& in, auto& out, auto&) { return out = QARByteArray(text(in) + "!"), true; },
-                            false));
+  const auto append_mark = [](auto& in, auto& out, auto&) {
+    out = QARByteArray(text(in) + "!");
+    return true;
+  };
+  factory.addFileTypeHandler({u"", registered}, new ScriptedTransform(append_mark, false));
   for (const auto& [path, runtime] : asked)
     if (const auto result = expected(path, runtime, registered); !result.empty())
       require(found(factory, path, runtime) == result);

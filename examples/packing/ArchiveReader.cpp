@@ -36,7 +36,7 @@ bool ArchiveReader::next() {
   const int status = ::archive_read_next_header(reader_.get(), &entry_);
   if (status == ARCHIVE_EOF) {
     // libarchive accepts a tar without its end mark, and so a tar that is truncated between two entries.
-    if (::archive_filter_bytes(reader_.get(), 0) - before < end_mark) throw BadArchive(path_ + ": cut off");
+    if (::archive_filter_bytes(reader_.get(), 0) - before < end_mark) throw BadArchive(path_ + ": is truncated");
     return false;
   }
   // A name that should be UTF-8 but is not is returned unchanged, with a warning.

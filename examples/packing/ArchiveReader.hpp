@@ -61,9 +61,9 @@ private:
 
   std::string path_;
   Limits limits_;
-  Utf8Locale locale_;  // libarchive converts names to that of the C library: in this one they stay the bytes they are
+  Utf8Locale locale_;  // libarchive converts names to the thread's locale; in UTF-8 their bytes do not change
   std::unique_ptr<::archive, Free> reader_;
-  ::archive_entry* entry_ = nullptr;  // the reader's
+  ::archive_entry* entry_ = nullptr;  // owned by the reader
   Kind kind_ = Kind::directory;
   std::string name_, target_;
   std::uint64_t left_ = 0;

@@ -24,8 +24,8 @@ namespace packing {
 /// Threads Only the thread that made the object may use it.
 class ArchiveWriter {
 public:
-  /// The end of `path` chooses the compression: .tar, .tar.gz or .tar.zst. Throws `std::invalid_argument` for other
-  /// ends.
+  /// The extension of `path` chooses the compression: .tar, .tar.gz or .tar.zst. Throws `std::invalid_argument` for
+  /// others.
   ArchiveWriter(const std::string& path, std::time_t time);
 
   void directory(const std::string& name);
@@ -58,9 +58,9 @@ private:
   void writeHeader();
   void check(long status) const;
 
-  Utf8Locale locale_;  // from which libarchive converts names to the UTF-8 of a pax tar
+  Utf8Locale locale_;  // libarchive converts names from the thread's locale to the UTF-8 of a pax tar
   NewFile file_;
-  std::exception_ptr failure_;  // of writing to the file; libarchive's C code must not see it
+  std::exception_ptr failure_;  // of a write to the file; it must not pass through libarchive's C code
   std::time_t time_;
   std::unique_ptr<::archive_entry, Free> entry_;
   Fingerprint fingerprint_;

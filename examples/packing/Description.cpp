@@ -79,10 +79,10 @@ Description Description::fromJson(const std::string& text) try {
   for (const auto& entry : toList(all.at("entries"))) {
     const auto native = toText(entry.at("name"));
     const auto crc = toNumber(entry.at("crc32"));
-    if (crc > UINT32_MAX) throw BadArchive(native + ": the description has a checksum that is none");
+    if (crc > UINT32_MAX) throw BadArchive(native + ": the checksum in the description is too large");
     if (!result.fingerprints.emplace(native, Fingerprint(toNumber(entry.at("size")), static_cast<std::uint32_t>(crc)))
              .second)
-      throw BadArchive(native + ": the description has it twice");
+      throw BadArchive(native + ": occurs twice in the description");
     const auto key = QARPath::fromNative(native);
     result.catalogue.addFileMapEntry(key, toName(entry.at("record")), toFlag(entry.at("demo")));
     result.catalogue.getFileMap()[key].setUserData(toText(entry.at("userData")));

@@ -10,13 +10,13 @@
 
 namespace packing {
 
-/// By the native names of files and links; of a link, that of its target.
+/// The fingerprint of each file and link, by its native name. That of a link is computed from the text of its target.
 using Fingerprints = std::map<std::string, Fingerprint>;
 
 /// The description in the last entry of an archive: the catalogue, the version text of the context, and the
 /// fingerprints that detect damage. Keys are neither written nor read.
 struct Description {
-  /// Of the entry.
+  /// The name of the entry.
   static constexpr const char* name = ".qar-description.json";
   /// The largest size of the entry, in bytes.
   static constexpr std::size_t most = 256U << 20;

@@ -28,8 +28,10 @@ class Place {
 public:
   Place(const Descriptor& root, const std::string& name)
       : directory_(::fcntl(root.get(), F_DUPFD_CLOEXEC, 0), name), name_(name.substr(name.rfind('/') + 1)) {
-    for (std::size_t begin = 0, end = 0; (end = name.find('/', begin)) != name.npos; begin = end + 1) {
+    std::size_t begin = 0;
+    for (auto end = name.find('/'); end != name.npos; end = name.find('/', begin)) {
       const auto element = name.substr(begin, end - begin);
+      begin = end + 1;
       if (::mkdirat(directory_.get(), element.c_str(), 0777) != 0 && errno != EEXIST) failAbout(name);
       directory_.replace(::openat(directory_.get(), element.c_str(), only_directory));
     }
@@ -48,8 +50,8 @@ private:
 NewTree::NewTree(const std::string& path)
     : path_(withoutSlashes(path)), temporary_(fs::path(path_).replace_filename(".unpack.XXXXXX")) {
   if (const auto status = fs::symlink_status(path_); fs::exists(status)) {
-    errno = fs::is_directory(status) ? ENOTEMPTY : ENOTDIR;
-    if (errno == ENOTDIR || !fs::is_empty(path_)) failAbout(path_);
+    if (!fs::is_directory(status)) throw std::system_error(ENOTDIR, std::generic_category(), path_);
+    if (!fs::is_empty(path_)) throw std::system_error(ENOTEMPTY, std::generic_category(), path_);
   }
   if (::mkdtemp(temporary_.data()) == nullptr) failAbout(path_);
   try {

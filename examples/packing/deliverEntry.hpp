@@ -7,11 +7,12 @@
 
 namespace packing {
 
-/// As `qarread::checkRead`; the failure is told with the name of the entry.
+/// Like `qarread::checkRead`, but throws `std::runtime_error` with the name of the entry for a failure.
 void checkEntry(Korvane::qardatainterfaces::QARFileReader& reader, const std::string& name,
                 const Korvane::qardatainterfaces::QARMetaData& meta);
 
-/// As `qarread::deliver`, with a buffer of its own; the failure is told with the name of the entry.
+/// Like `qarread::deliver`, with its own buffer. Throws `std::runtime_error` with the name of the entry for a
+/// failure.
 void deliverEntry(Korvane::qardatainterfaces::QARFileReader& reader, const std::string& name,
                   Korvane::qardatainterfaces::QARMetaData& meta,
                   const std::function<void(const void* bytes, std::size_t size)>& take);

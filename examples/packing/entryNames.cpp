@@ -8,7 +8,7 @@
 namespace packing {
 namespace {
 
-/// Without those that change nothing.
+/// The elements of a path, without empty and "." ones.
 std::vector<std::string_view> elementsOf(std::string_view path) {
   std::vector<std::string_view> elements;
   for (std::size_t begin = 0, end = 0; end != path.npos; begin = end + 1) {

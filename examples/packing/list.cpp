@@ -104,6 +104,6 @@ private:
 }  // namespace packing
 
 int main(int argc, char** argv) {
-  return packing::runProgram<packing::List>("Tells what is in an archive, all of which it reads.", "list", argc,
-                                            argv);
+  return packing::runProgram<packing::List>(
+      "Lists the content of an archive. Reads all of it, so that damage is found.", "list", argc, argv);
 }

@@ -18,7 +18,7 @@ namespace {
 
 using Korvane::qardatainterfaces::QARPath;
 
-/// The time of every entry: SOURCE_DATE_EPOCH, as usual in reproducible builds.
+/// The time of every entry, from SOURCE_DATE_EPOCH as usual in reproducible builds; 1970 without it.
 std::time_t sourceDate() {
   const char* const text = std::getenv("SOURCE_DATE_EPOCH");
   if (text == nullptr) return 0;
@@ -26,7 +26,7 @@ std::time_t sourceDate() {
   std::time_t time = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), time);
   if (error != std::errc() || end != digits.data() + digits.size() || time < 0)
-    throw qarread::UsageError("SOURCE_DATE_EPOCH is '" + std::string(digits) + "', which is no time");
+    throw qarread::UsageError("SOURCE_DATE_EPOCH is '" + std::string(digits) + "', which is not a number of seconds");
   return time;
 }
 
@@ -45,7 +45,7 @@ public:
     conversions_.emplace(app, qarread::Conversions::Directions::toUtf8);
     app.add_flag("--demo", options_.demo, "Set the demo flag of every entry");
     app.add_option("--macro", macros_, "Define a root macro")->type_name("NAME=VALUE")->allow_extra_args(false);
-    app.footer("Every entry has the time that SOURCE_DATE_EPOCH tells, or 1970.");
+    app.footer("The time of every entry is SOURCE_DATE_EPOCH, or the start of 1970 if that is not set.");
   }
 
   void run() {
@@ -70,5 +70,5 @@ private:
 
 int main(int argc, char** argv) {
   return packing::runProgram<packing::Pack>(
-      "Makes an archive of what is below a directory, read through the readers of the library.", "pack", argc, argv);
+      "Packs a directory into an archive. Reads each file through a reader of the library.", "pack", argc, argv);
 }

@@ -11,6 +11,7 @@
 #include <qardatainterfaces/QARPath.hpp>
 #include <qardatainterfaces/Version.hpp>
 
+#include <cerrno>
 #include <stdexcept>
 #include <system_error>
 
@@ -40,8 +41,8 @@ private:
   void packDirectory(const Found& found);
   void pack(const Found& found);
   Fingerprint packLink(const std::string& name, di::QARFileReader& reader);
-  Fingerprint packAsItIs(const std::string& name, const struct stat& status, di::QARFileReader& reader,
-                         di::QARMetaData& meta);
+  Fingerprint packUnchanged(const std::string& name, const struct stat& status, di::QARFileReader& reader,
+                            di::QARMetaData& meta);
   Fingerprint packConverted(const std::string& name, const struct stat& status, di::QARFileReader& reader,
                             di::QARMetaData& meta);
   void packDescription();
@@ -60,9 +61,9 @@ void checkName(const std::string& name) {
 bool isExecutable(const struct stat& status) { return (status.st_mode & 0111) != 0; }
 
 void Packing::run(const std::string& directory) {
-  if (struct stat status{};
-      ::stat(directory.c_str(), &status) != 0 || (!S_ISDIR(status.st_mode) && (errno = ENOTDIR)))
-    failAbout(directory);
+  struct stat status {};
+  if (::stat(directory.c_str(), &status) != 0) failAbout(directory);
+  if (!S_ISDIR(status.st_mode)) throw std::system_error(ENOTDIR, std::generic_category(), directory);
   qarread::walk(
       directory + '/', [this](const Found& found) { pack(found); },
       [](const std::string& path, const std::error_code& error) { throw std::system_error(error, path); },
@@ -83,13 +84,17 @@ void Packing::pack(const Found& found) {
   checkName(name);
   struct stat status {};
   if (::lstat(found.path.c_str(), &status) != 0) failAbout(found.path);
-  if (writer_.is(status)) throw std::runtime_error("the archive lies in the directory that it is made of");
+  if (writer_.is(status)) throw std::runtime_error("the archive is in the directory to be packed");
   const auto path = QARPath::fromNative(found.path.native());
   const auto reader = factory_.getReader(path);
   di::QARMetaData meta(options_.demo, "");
-  const auto fingerprint = S_ISLNK(status.st_mode)            ? packLink(name, *reader)
-                           : factory_.willBeTransformed(path) ? packConverted(name, status, *reader, meta)
-                                                              : packAsItIs(name, status, *reader, meta);
+  Fingerprint fingerprint;
+  if (S_ISLNK(status.st_mode))
+    fingerprint = packLink(name, *reader);
+  else if (factory_.willBeTransformed(path))
+    fingerprint = packConverted(name, status, *reader, meta);
+  else
+    fingerprint = packUnchanged(name, status, *reader, meta);
   const auto entry = QARPath::fromNative(name);
   description_.catalogue.addFileMapEntry(entry, QARPath::fromNative(found.name.filename().native()), meta.isDemo());
   description_.catalogue.getFileMap()[entry].setUserData(meta.getUserData());
@@ -105,8 +110,8 @@ Fingerprint Packing::packLink(const std::string& name, di::QARFileReader& reader
   return writer_.link(name, target);
 }
 
-Fingerprint Packing::packAsItIs(const std::string& name, const struct stat& status, di::QARFileReader& reader,
-                                di::QARMetaData& meta) {
+Fingerprint Packing::packUnchanged(const std::string& name, const struct stat& status, di::QARFileReader& reader,
+                                   di::QARMetaData& meta) {
   auto left = static_cast<std::uint64_t>(status.st_size);
   writer_.beginFile(name, isExecutable(status), left);
   deliverEntry(reader, name, meta, [&](const void* bytes, std::size_t size) {

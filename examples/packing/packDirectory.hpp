@@ -12,7 +12,7 @@ namespace packing {
 
 struct PackOptions {
   bool demo = false;     // the flag of every entry
-  std::time_t time = 0;  // of every entry
+  std::time_t time = 0;  // the time of every entry
 };
 
 /// Writes everything below `directory`, each file through a reader of `factory`, and the description. `description`

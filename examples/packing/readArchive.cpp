@@ -79,7 +79,8 @@ void Reading::readLink() {
 void Reading::readHardLink() {
   const auto& target = archive_.target();
   // Not for a link: from another directory, a relative target would name another file.
-  if (!files_.contains(target)) throw BadArchive(archive_.name() + ": is a hard link to no file before it");
+  if (!files_.contains(target))
+    throw BadArchive(archive_.name() + ": is a hard link to something that is not an earlier file");
   if (factory_.willBeTransformed(QARPath::fromNative(archive_.name())) ||
       factory_.willBeTransformed(QARPath::fromNative(target)))
     throw BadArchive(archive_.name() + ": is a hard link, which cannot be converted");
@@ -88,7 +89,7 @@ void Reading::readHardLink() {
 }
 
 void Reading::readDescription() {
-  if (archive_.kind() != ArchiveReader::Kind::file) throw BadArchive(archive_.name() + ": is no file");
+  if (archive_.kind() != ArchiveReader::Kind::file) throw BadArchive(archive_.name() + ": is not a file");
   std::string text;
   std::size_t size = 0;
   do {
@@ -106,11 +107,11 @@ void Reading::compare() const {
   const auto& expected = description_->fingerprints;
   for (const auto& [name, fingerprint] : found_) {
     const auto entry = expected.find(name);
-    if (entry == expected.end()) throw BadArchive(name + ": the description does not have it");
+    if (entry == expected.end()) throw BadArchive(name + ": is missing in the description");
     if (entry->second != fingerprint) throw BadArchive(name + ": the content is damaged");
   }
   for (const auto& [name, fingerprint] : expected)
-    if (!found_.contains(name)) throw BadArchive(name + ": is missing");
+    if (!found_.contains(name)) throw BadArchive(name + ": is missing in the archive");
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ class Unpack {
 public:
   explicit Unpack(CLI::App& app) {
     app.add_option("ARCHIVE", archive_)->required();
-    app.add_option("DIRECTORY", directory_, "One that does not exist yet, or is empty")->required();
+    app.add_option("DIRECTORY", directory_, "A directory that does not exist yet or is empty")->required();
     conversions_.emplace(app, qarread::Conversions::Directions::fromUtf8);
     addLimitOptions(app, limits_);
   }
@@ -38,5 +38,5 @@ private:
 
 int main(int argc, char** argv) {
   return packing::runProgram<packing::Unpack>(
-      "Makes a directory from an archive, read through the readers of the library.", "unpack", argc, argv);
+      "Unpacks an archive into a directory. Reads each file through a reader of the library.", "unpack", argc, argv);
 }

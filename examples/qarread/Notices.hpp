@@ -3,7 +3,6 @@
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <utility>
 
 namespace qarread {
 
@@ -16,7 +15,11 @@ public:
   Notices& operator=(const Notices&) = delete;
 
   /// The lines captured since the last call.
-  std::istringstream take() { return std::istringstream(std::exchange(text_, std::stringstream()).str()); }
+  std::istringstream take() {
+    std::istringstream lines(text_.str());
+    text_.str("");
+    return lines;
+  }
 
 private:
   std::stringstream text_;

@@ -34,7 +34,7 @@ private:
   Korvane::qardatainterfaces::QARTransform* makeTransform(const char* id, const std::string& from,
                                                           const std::string& to, bool isStrict);
   void tell(const std::string& path, const std::string& text);
-  /// For a path that no reader was requested for.
+  /// Reports a path for which no reader was requested.
   void failWithRecord(const std::string& path, const std::string& text);
   void fail(const std::string& path, const std::string& text);
 

@@ -19,7 +19,7 @@ namespace Korvane::rtxi18nutil {
 /// Threads  Immutable; may be used by several threads.
 class [[gnu::visibility("default")]] DeployedException : public std::exception {
 public:
-  /// Makes the text now. Keeps a reference to the name of `id`, which lives as long as the program, not to `id`.
+  /// Makes the text now. Does not refer to `id` later, but to its name, which lives as long as the program.
   explicit DeployedException(const tavik_core::BaseMsgID& id) noexcept;
   /// A copy has the same text, or the name of the message id if there is no memory for the text.
   /// @{

@@ -10,8 +10,8 @@ namespace Korvane::qardatainterfaces {
 ///
 /// Ownership  Copies are deep: no two arrays share storage. Pointers from `begin` and `end` are valid until the
 ///            array is assigned to or destroyed.
-/// State      Having no storage (default constructed) differs from having storage of zero bytes (every other
-///            construction and every assignment from an array of size 0).
+/// State      A default-constructed array has no storage. Every other constructor and every assignment from another
+///            array makes storage, even for 0 bytes. `operator==` distinguishes the two.
 /// Errors     Construction and assignment may throw `std::bad_alloc`; an assignment that throws leaves its target
 ///            unchanged. No other member fails.
 /// Units      Sizes and positions are bytes in 64 bits.

@@ -22,8 +22,8 @@ class InputFile;
 ///     } while (reader->more());
 ///
 /// To read the whole content, call `reader->readAll()`. It has succeeded if
-/// `reader->readSucceeded() && !reader->readError()`. Do not call it first after chunk reads have reached the end: a
-/// plain reader then reads nothing more.
+/// `reader->readSucceeded() && !reader->readError()`. Once chunk reads have reached the end, a plain reader reads
+/// nothing more, and a first `readAll()` returns an empty array.
 ///
 /// Ownership  The caller owns the reader. A reader on an `opc::InputStream` refers to the stream, and a transforming
 ///            reader to a transform of its factory: both must outlive the reader.
@@ -32,9 +32,9 @@ class InputFile;
 ///            (`QARDATAINTERFACES_FILE_OPEN_FAILED`) with a nested `std::system_error` that has the reason. Reads do
 ///            not throw failures of their own: `lastError()` reports a transform or a stream that failed, and
 ///            `readError()` a file that could not be read. A transforming reader treats a file that it cannot read as
-///            empty. If the transform allows empty input, only `readError()` tells the difference. Reads throw what
-///            a caller's transform or stream throws, and `std::bad_alloc`; chunk reads then continue at the same
-///            position.
+///            empty. If the transform allows empty input, only `readError()` reports the failure. Reads throw what
+///            a caller's transform or stream throws, and `std::bad_alloc`. Chunk reads then continue at the same
+///            position. The next read runs the transform again; nothing that was taken from a stream is lost.
 /// Units      Chunks are at most 2^32 - 2 bytes; content and positions are bytes in 64 bits.
 /// Threads    Distinct readers are independent, even on the same file. One reader may be used by one thread at a
 ///            time, `const` members included.
@@ -43,7 +43,7 @@ public:
   /// What a chunk read returns when it fails.
   static constexpr unsigned int failed = 0xFFFFFFFF;
 
-  /// `ready()`: the reader has no open file, as is always so on a caller's stream.
+  /// `ready()`: the reader has no open file. Always so for a reader on a caller's stream.
   static constexpr int not_open = -1000;
   /// `ready()`: the file could not be read; or a chunk read reached the end of the file; or any read reached the end
   /// of a file that is not seekable.
@@ -98,8 +98,8 @@ public:
   /// file cannot be read or the stream stalls, the content is unchanged.
   ///
   /// A transforming reader returns the output of its transform for the whole content, even after chunk reads; after a
-  /// failure, whatever the transform left. On a stream, each `readAll()` gathers what is left of the stream and, if
-  /// that is not empty, runs the transform on it.
+  /// failure, whatever the transform left. On a stream, each `readAll()` gathers what is left of the stream and runs
+  /// the transform on it. If nothing is left, the content and `lastError()` are unchanged.
   ///
   /// The array belongs to the reader; a later whole read changes it.
   virtual QARByteArray& readAll();
@@ -134,7 +134,7 @@ protected:
   QARByteArray content_;
   /// What `more()` reports.
   bool more_ = false;
-  /// What `lastError()` reports; each read begins by setting it to 0.
+  /// What `lastError()` reports. The reading members of this class set it to 0 first.
   int lastError_ = 0;
 };
 

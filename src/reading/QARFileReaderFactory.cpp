@@ -42,7 +42,7 @@ Status statusOf(const FilePath& path) {
     status.type = fs::symlink_status(path.native(), status.error).type();
   } catch (const ku::i18n::CvtExceptionBase&) {
     status.error.assign(EILSEQ, boost::system::system_category());
-    throw fs::filesystem_error(query, to_string(std::u16string(path.asked())), status.error);
+    throw fs::filesystem_error(query, to_string(std::u16string(path.effective())), status.error);
   }
   if (status.type == fs::status_error) throw fs::filesystem_error(query, path.native(), status.error);
   return status;

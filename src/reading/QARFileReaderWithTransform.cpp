@@ -101,12 +101,12 @@ bool QARFileReaderWithTransform::acceptEmptyInput() noexcept {
   return true;
 }
 
-bool QARFileReaderWithTransform::runTransform(const QARByteArray& input, QARMetaData& meta, int refusal) {
+bool QARFileReaderWithTransform::runTransform(const QARByteArray& input, QARMetaData& meta, int errorWithoutOutput) {
   lastError_ = transform_failed;
   const bool done = transform_.transform(input, output_, meta);
   if (in_) gathering_ = Gathering::offered;
   if (!done) {
-    if (output_.size() == 0) lastError_ = refusal;
+    if (output_.size() == 0) lastError_ = errorWithoutOutput;
     return false;
   }
   if (output_.size() == 0 && !transform_.allowZeroLengthOutputFiles()) return false;

@@ -39,8 +39,8 @@ private:
   bool transformContent(QARMetaData& meta);
   bool transformPath(QARMetaData& meta);
   bool acceptEmptyInput() noexcept;
-  /// `refusal` is the last error if the transform fails and leaves no output.
-  bool runTransform(const QARByteArray& input, QARMetaData& meta, int refusal);
+  /// `errorWithoutOutput` is the last error if the transform fails and leaves no output.
+  bool runTransform(const QARByteArray& input, QARMetaData& meta, int errorWithoutOutput);
   /// Gathers the stream. Returns whether there is content to transform.
   bool gather();
 

@@ -27,9 +27,9 @@ build() {
   } >"$work/$2.log" 2>&1 || { cat "$work/$2.log"; exit 1; }
 }
 
-# nobody_asked NAME: checks that the project in WORK/NAME has no tests of the library, and installs only its own program
+# check_own_only NAME: checks that the project in WORK/NAME has no tests of the library, and installs only its own program
 # and plug-in.
-nobody_asked() {
+check_own_only() {
   ctest --test-dir "$work/$1" --show-only | grep 'Total Tests: 0' >/dev/null || { echo "$1: has tests"; exit 1; }
   cmake --install "$work/$1" --prefix "$work/$1-installed" >"$work/$1.log"
   (cd "$work/$1-installed" && find . -type f | sort) | diff - <(printf '%s\n' ./bin/program ./lib/libplugin.so)
@@ -37,11 +37,11 @@ nobody_asked() {
 
 build subdirectory in-tree -DLIBRARY="$library"
 check add_subdirectory "$work/in-tree/program"
-nobody_asked in-tree
+check_own_only in-tree
 
 build subdirectory fetched -DLIBRARY="$library" -DHOW=FetchContent -DBUILD_SHARED_LIBS=OFF
 check 'FetchContent, static' "$work/fetched/program"
-nobody_asked fetched
+check_own_only fetched
 ! ldd "$work/fetched/program" | grep 'kui18n\|zrqar' || { echo "the static program wants shared libraries"; exit 1; }
 
 # The installed static library.

@@ -3,6 +3,7 @@
 #include "support/environment.hpp"
 #include "support/TemporaryDirectory.hpp"
 
+#include <ku/filesystem/NameDecoder.hpp>
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/filesystem/status.hpp>
 #include <ku/i18n/MessageCatalog.hpp>
@@ -85,10 +86,14 @@ TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {
     const std::string native = "/\xC3\xBC\xE6\x97\xA5\xF0\x9F\x98\x80\xEF\xBB\xBF\xE2\x80\x8B.txt";
     EXPECT_EQ(filesystem::detail::make_native_form(path), native);
     EXPECT_EQ(Traits::to_internal(native), path);
+    filesystem::NameDecoder names;
     for (const auto& bad : {u"a\xD800"s, u"\xDC00z"s, u"a\0b"s})
       EXPECT_THROW(Traits::to_external(bad), CvtInvalidCharacter);
-    for (const auto& bad : {"\xFF"s, "a\xC3"s, "\xED\xA0\x80"s, "\xC0\xAF"s})
+    for (const auto& bad : {"\xFF"s, "a\xC3"s, "\xED\xA0\x80"s, "\xC0\xAF"s}) {
       EXPECT_THROW(Traits::to_internal(bad), CvtInvalidCharacter);
+      EXPECT_EQ(names.decode(bad), std::nullopt);
+      EXPECT_EQ(names.decode(native), path);
+    }
     EXPECT_EQ(to_string(u"a\xD800z"), "a\xEF\xBF\xBDz") << "messages always come out";
   });
   for (const auto& [locale, native] : {std::pair("en_US.IBM-037", "\x81\x82"), {"ja_JP.ISO-2022-JP", "ab"}})

@@ -1,4 +1,4 @@
-"""Makes archives that must not be unpacked: hostile.py FOLDER. Prints a line each: name, tab, what the error says."""
+"""Makes archives that must not be unpacked: hostile.py FOLDER. Prints a line for each: its name, a tab, and a part of the expected error."""
 
 import gzip
 import io
@@ -61,12 +61,12 @@ hostile = {
     "directory_as_file.tar": ("a: File exists", archive(entry("a/b"), a)),
     "hard_link_out.tar": ("leads upwards", archive(entry("a", tarfile.LNKTYPE, "../evil"))),
     "hard_link_absolute.tar": ("is absolute", archive(entry("a", tarfile.LNKTYPE, "/etc/passwd"))),
-    "hard_link_to_link.tar": ("no file before it", archive(link("d/l", "../x"), entry("a", tarfile.LNKTYPE, "d/l"))),
+    "hard_link_to_link.tar": ("not an earlier file", archive(link("d/l", "../x"), entry("a", tarfile.LNKTYPE, "d/l"))),
     "device.tar": ("neither a file", archive(entry("a", tarfile.CHRTYPE))),
     "fifo.tar": ("neither a file", archive(entry("a", tarfile.FIFOTYPE))),
     "nothing.tar": ("", b""),
     "no_tar.tar": ("", b"This is no archive at all." * 100),
-    "no_end.tar": ("cut off", archive(a)[:1024]),
+    "no_end.tar": ("is truncated", archive(a)[:1024]),
     "no_end_after_header.tar": ("", archive(entry("é" * 200))[:1024]),
     "no_json.tar": ("cannot be read", described("{", a)),
     "deep.tar": ("too deeply", described("[" * 1000 + "]" * 1000, a)),
@@ -75,16 +75,16 @@ hostile = {
     "negative.tar": ("cannot be read", described(description(size=-1), a)),
     "fraction.tar": ("cannot be read", described(description(size=1.0), a)),
     "flag.tar": ("cannot be read", described(description(demo=1), a)),
-    "large_checksum.tar": ("checksum that is none", described(description(crc32=1 << 32), a)),
+    "large_checksum.tar": ("checksum in the description", described(description(crc32=1 << 32), a)),
     "digits.tar": ("hexadecimal text", described(description(name={"hex": "4g"}), a)),
     "odd_digits.tar": ("hexadecimal text", described(description(name={"hex": "123"}), a)),
     "zero_byte.tar": ("zero byte", described(description(version="a\0b"), a)),
     "other_checksum.tar": ("a: the content is damaged", described(description(crc32=7), a)),
     "other_size.tar": ("a: the content is damaged", described(description(size=2), a)),
     "missing.tar": ("a: is missing", described(description())),
-    "unknown.tar": ("b: the description does not have it", described(description(), a, entry("b"))),
-    "two_records.tar": ("has it twice", described(description(entries=2 * json.loads(description())["entries"]), a)),
-    "description_link.tar": ("is no file", archive(link(".qar-description.json", "a"))),
+    "unknown.tar": ("b: is missing in the description", described(description(), a, entry("b"))),
+    "two_records.tar": ("occurs twice in the description", described(description(entries=2 * json.loads(description())["entries"]), a)),
+    "description_link.tar": ("is not a file", archive(link(".qar-description.json", "a"))),
 }
 
 # What becomes large: the same in gzip and in zstd, and a hole of 1 TiB in a few blocks.

@@ -244,7 +244,7 @@ case_faults() {
   refused 1 'pack: nothing: No such file or directory' pack nothing b.tar
   refused 1 'pack: full/x: Not a directory' pack full/x b.tar
   refused 1 'pack: nowhere/b.tar: No such file or directory' pack full nowhere/b.tar
-  refused 1 'pack: the archive lies in the directory that it is made of' pack . b.tar
+  refused 1 'pack: the archive is in the directory to be packed' pack . b.tar
   refused 1 'unpack: full: Directory not empty' unpack ../a.tar full
   refused 1 'unpack: full/x: Not a directory' unpack ../a.tar full/x
   refused 1 'unpack: ../none.tar: *' unpack ../none.tar out

@@ -57,7 +57,8 @@ TEST(QARFileReaderFactory, ChoosesTheEarliestRegistrationAndDestroysAllInTheirOr
   const auto add = [&](const std::vector<std::u16string>& extensions, const std::string& name) {
     const std::shared_ptr<void> token(nullptr, [&destroyed, name](void*) { destroyed += name; });
     const auto give_name = [token, name](const QARByteArray&, QARByteArray& out, QARMetaData&) {
-      return out = name, true;
+      out = name;
+      return true;
     };
     factory->addFileTypeHandler(extensions, new ScriptedTransform(give_name));
   };

@@ -8,7 +8,7 @@
 
 #include <unistd.h>
 
-/// Ends the program, and says what blocks, if it lives longer than that. One at a time.
+/// Ends the program and prints `what` if the object exists for longer than `seconds`. Only one may exist at a time.
 class Watchdog {
 public:
   Watchdog(unsigned seconds, const std::string& what) {

@@ -28,8 +28,7 @@ std::string chunk(QARFileReader& reader, unsigned int size, Meta&... meta) {
   return count == QARFileReader::failed ? refused : std::string(buffer.data(), count);
 }
 
-/// What `lastError()` and `ready()` say, by the names that the reader's class has for it, each after a comma; nothing
-/// for 0.
+/// The values of `lastError()` and `ready()` by their names in `QARFileReader`, each after a comma; nothing for 0.
 inline std::string statuses(QARFileReader& reader) {
   const auto named = [](const char* what, int status) {
     switch (status) {

@@ -11,7 +11,7 @@ import signal
 import subprocess
 import tempfile
 
-NOT_ASKED = r"CodePages|Instructions|qarread\.names"      # each takes minutes, in many processes
+NOT_RUN = r"CodePages|Instructions|qarread\.names"      # each takes minutes, in many processes
 SLOWEST = 10            # seconds of processor time; slower tests are not run with mutants either
 QUICK = 0.3             # seconds; faster cases of one program share a process
 MEMORY = 6 << 30        # bytes; some mutants allocate without end
@@ -33,7 +33,7 @@ class Test:
 def tests(build):
     listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], capture_output=True, check=True)
     for entry in json.loads(listed.stdout)["tests"]:
-        if "command" not in entry or re.match(NOT_ASKED, entry["name"]):
+        if "command" not in entry or re.match(NOT_RUN, entry["name"]):
             continue
         properties = {each["name"]: each["value"] for each in entry["properties"]}
         test = Test(entry["name"].split("  #")[0], entry["command"], properties.get("WORKING_DIRECTORY", build),

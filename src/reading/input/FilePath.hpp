@@ -7,7 +7,9 @@
 namespace Korvane::qardatainterfaces {
 
 /// A caller's path, and the part of it that is used for opening and for the extension. That part ends at the first
-/// zero unit and leaves out a prefix "//:". Threads  May be used by one thread at a time.
+/// zero unit and leaves out a prefix "//:".
+///
+/// Threads  May be used by one thread at a time.
 class FilePath {
 public:
   /// Requires: `path` outlives this object.
@@ -17,7 +19,7 @@ public:
   const std::u16string& given() const noexcept { return given_; }
 
   /// The part of the path that is used.
-  std::u16string_view asked() const noexcept { return path_; }
+  std::u16string_view effective() const noexcept { return path_; }
 
   /// From the last dot of the last element to its end; empty without a dot. "." for a path that ends with a
   /// separator, unless it is a root.

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#if __has_include(<ku/i18n/Transcoder.hpp>)
-#error "this test needs a platform without a transcoder"
+#if __has_include(<ku/i18n/Transcoder.hpp>) || __has_include(<ku/filesystem/NameDecoder.hpp>)
+#error "this test needs a platform without additions"
 #endif
 
 namespace Korvane::qardatainterfaces {

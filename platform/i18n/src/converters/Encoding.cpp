@@ -24,13 +24,13 @@ bool encodes(IcuConverter& icu, char16_t unit) {
   return U_SUCCESS(icu.try_encode(c, true));
 }
 
-bool breaks_promises(UConverterType type) {
+bool violates_contract(UConverterType type) {
   const bool drops_text = type == UCNV_ISCII || type == UCNV_COMPOUND_TEXT || type == UCNV_HZ;
   const bool depends_on_splits = type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
   return drops_text || depends_on_splits;
 }
 
-// A converter name with options (a comma) writes a signature.
+// A converter whose ICU name has options, after a comma, writes a signature.
 Encoding::Form form_of(const IcuConverter& icu, const std::string& name) {
   using Form = Encoding::Form;
   if (icu.is_context_free()) return Form::code_page;
@@ -118,7 +118,7 @@ const Encoding& Encoding::named(const std::string& name) {
 
 Encoding::Encoding(const std::string& code_page) : name_(code_page) {
   IcuConverter icu(name_);
-  if (breaks_promises(icu.type()))
+  if (violates_contract(icu.type()))
     throw CvtExceptionBase("its converter drops text, or its output depends on how the text is split");
   substitute_ = find_substitute(icu);
   form_ = form_of(icu, name_);

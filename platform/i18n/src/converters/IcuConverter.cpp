@@ -142,11 +142,13 @@ bool IcuConverter::encode(EncodingCursor& c, std::size_t count, bool last) {
 
 std::u16string IcuConverter::decode_whole(const char* bytes, std::size_t count) {
   ucnv_resetToUnicode(converter_.get());
+  substituted_ = false;
   return convert_whole<char16_t>(bytes, count, [this](DecodingCursor& c) { return decode(c, c.left(), true); });
 }
 
 std::string IcuConverter::encode_whole(const char16_t* units, std::size_t count) {
   ucnv_resetFromUnicode(converter_.get());
+  substituted_ = false;
   return convert_whole<char>(units, count, [this](EncodingCursor& c) { return encode(c, c.left(), true); });
 }
 

@@ -63,6 +63,7 @@ public:
   bool is_context_free() const noexcept;
   bool is_single_byte() const noexcept { return ucnv_getMaxCharSize(converter_.get()) == 1; }
   UConverterType type() const noexcept { return ucnv_getType(converter_.get()); }
+  /// Whether a tolerant converter has substituted anything in the last whole text.
   bool has_substituted() const noexcept { return substituted_; }
 
 private:

@@ -1,6 +1,7 @@
 #include "locale/process_code.hpp"
 #include "converters/Encoding.hpp"
 
+#include <ku/filesystem/NameDecoder.hpp>
 #include <ku/filesystem/process_code_traits.hpp>
 #include <ku/i18n/codecvt.hpp>
 #include <ku/i18n/to_string.hpp>
@@ -18,8 +19,9 @@ const Encoding& process_encoding() {
 }
 
 // Whether the text needs no converter, since it is ASCII. Most names are.
-template <class Unit>
-bool is_plain(const std::basic_string<Unit>& text) {
+template <class Text>
+bool is_plain(const Text& text) {
+  using Unit = typename Text::value_type;
   const auto is_ascii = [](Unit unit) { return std::make_unsigned_t<Unit>(unit) < 0x80; };
   return process_encoding().is_superset_of_ascii() && std::all_of(text.begin(), text.end(), is_ascii);
 }
@@ -36,7 +38,20 @@ std::string to_string(const std::u16string& text) { return detail::to_process_co
 
 }  // namespace ku::i18n
 
-namespace ku::filesystem::detail {
+namespace ku::filesystem {
+
+NameDecoder::NameDecoder() noexcept = default;
+NameDecoder::~NameDecoder() = default;
+
+std::optional<std::u16string> NameDecoder::decode(std::string_view bytes) {
+  if (i18n::detail::is_plain(bytes)) return std::u16string(bytes.begin(), bytes.end());
+  if (!icu_) icu_ = i18n::detail::process_encoding().make_converter(true);
+  auto text = icu_->decode_whole(bytes.data(), bytes.size());
+  if (icu_->has_substituted()) return std::nullopt;
+  return text;
+}
+
+namespace detail {
 
 std::string process_code_traits::to_external(const std::u16string& path) {
   auto result = i18n::detail::to_process_code(path, false);
@@ -51,4 +66,5 @@ std::u16string process_code_traits::to_internal(const std::string& path) {
 
 std::string make_native_form(const std::u16string& path) { return process_code_traits::to_external(path); }
 
-}  // namespace ku::filesystem::detail
+}  // namespace detail
+}  // namespace ku::filesystem

@@ -55,14 +55,14 @@ Entry DecodeTable::look_up(DecodeNode& node, std::string_view sequence) const {
   const auto byte = static_cast<unsigned char>(sequence.back());
   // Another thread may have added it, and its child, since the caller looked.
   if (const Entry known = node.entry(byte); known != 0) return known;
-  Entry entry = ask(sequence);
+  Entry entry = ask_icu(sequence);
   const bool is_prefix = entry < 0 && kind_of(entry) == Kind::prefix;
   if (is_prefix && (sequence.size() == most_bytes || !add_child(node, byte))) entry = special_entry(Kind::dependent);
   node.entries[byte].store(entry, std::memory_order_release);
   return entry;
 }
 
-Entry DecodeTable::ask(std::string_view sequence) const {
+Entry DecodeTable::ask_icu(std::string_view sequence) const {
   if (!icu_) icu_ = encoding_.make_converter(false);
   std::array<char16_t, 16> units{};
   DecodingCursor c{sequence.data(), sequence.data() + sequence.size(), units.data(), units.data() + units.size()};

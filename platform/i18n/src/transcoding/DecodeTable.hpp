@@ -35,7 +35,7 @@ private:
   static constexpr unsigned most_nodes = 8192;
 
   Entry look_up(DecodeNode& node, std::string_view sequence) const;
-  Entry ask(std::string_view sequence) const;
+  Entry ask_icu(std::string_view sequence) const;
   bool add_child(DecodeNode& node, unsigned byte) const;
 
   const Encoding& encoding_;

@@ -21,14 +21,14 @@ Entry EncodeTable::look_up(char32_t code) const {
   // Another thread may have added it since the caller looked.
   if (const Entry known = rows_.entry(code); known != 0) return known;
   auto& row = make_row(code / EncodeRows::row_size);
-  const Entry entry = ask(code);
+  const Entry entry = ask_icu(code);
   if (encoding_.is_single_byte() && entry > 0 && length_of(entry) == 1 && code < 0x10000)
     bytes()[code].store(static_cast<std::uint8_t>(entry), std::memory_order_relaxed);
   row[code % EncodeRows::row_size].store(entry, std::memory_order_release);
   return entry;
 }
 
-Entry EncodeTable::ask(char32_t code) const {
+Entry EncodeTable::ask_icu(char32_t code) const {
   if (U_IS_SURROGATE(code)) return special_entry(Kind::unmappable);
   if (!icu_) icu_ = encoding_.make_converter(false);
   std::array<char16_t, 2> units{static_cast<char16_t>(code)};

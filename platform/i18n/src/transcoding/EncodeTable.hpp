@@ -28,7 +28,7 @@ public:
 
 private:
   Entry look_up(char32_t code) const;
-  Entry ask(char32_t code) const;
+  Entry ask_icu(char32_t code) const;
   Entry add_long_code(std::uint64_t bytes) const;
   EncodeRows::Row& make_row(unsigned index) const;
   EncodeRows::Bytes& bytes() const;

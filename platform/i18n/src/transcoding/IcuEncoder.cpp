@@ -62,8 +62,13 @@ void IcuEncoder::note_substitutions() {
   for (const auto& substitution : substituted_) {
     const auto place = std::find_if(open_.begin(), open_.end(),
                                     [&](const Character& one) { return one.code == substitution.character; });
-    losses_.note_unmappable(place != open_.end() ? *place : Character{0, substitution.character, 0, true});
-    if (place != open_.end()) open_.erase(open_.begin(), place + 1);
+    if (place == open_.end()) {
+      // Usually because losses are not located. `malformed` is set to prevent a report without a place.
+      losses_.note_unmappable({0, substitution.character, 0, true});
+    } else {
+      losses_.note_unmappable(*place);
+      open_.erase(open_.begin(), place + 1);
+    }
   }
   substituted_.clear();
 }

@@ -32,9 +32,9 @@ void IcuUnits::decode_part(const char* bytes, std::size_t count, bool last, std:
   malformed_.clear();
   DecodingCursor c{bytes, bytes + count, units_.data(), units_.data() + units_.size()};
   if (!icu_->decode(c, count, last))
-    throw CvtExceptionBase("A converter has made more of its input than any should.");
+    throw CvtExceptionBase("A converter returned more text than its input can have.");
   end -= icu_->decoding_pending();
-  // A byte may also tell that one before it, which looked like a shift, is malformed as well (UTF-7).
+  // A byte may show that an earlier one, which looked like a shift, is malformed as well (UTF-7).
   std::uint64_t malformed_bytes = 0;
   for (const auto& sequence : malformed_) malformed_bytes += sequence.length;
   if (locates_) start_ = std::min(start_, end - std::min(end, malformed_bytes));

@@ -29,7 +29,7 @@ std::size_t TableDecoder::decode(const char* bytes, std::size_t count, bool last
       length = value_of(entry);
       block.add(offset + at, 0xFFFD, length, true);
     } else {
-      length = ask(bytes + at, count - at, last, offset + at, block);
+      length = decode_by_icu(bytes + at, count - at, last, offset + at, block);
       if (length == 0) break;
     }
     at += length;
@@ -38,8 +38,8 @@ std::size_t TableDecoder::decode(const char* bytes, std::size_t count, bool last
 }
 
 // Lets ICU decode bytes until a character is complete, and returns their number; 0 if more bytes are needed.
-std::size_t TableDecoder::ask(const char* bytes, std::size_t count, bool last, std::uint64_t offset,
-                              CharacterBlock& block) {
+std::size_t TableDecoder::decode_by_icu(const char* bytes, std::size_t count, bool last, std::uint64_t offset,
+                                        CharacterBlock& block) {
   if (!icu_) icu_ = std::make_unique<IcuUnits>(page_.encoding.make_converter(true), true);
   icu_->restart();
   const auto before = block.size();

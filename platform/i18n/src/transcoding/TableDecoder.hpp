@@ -15,7 +15,8 @@ public:
                      CharacterBlock& block) override;
 
 private:
-  std::size_t ask(const char* bytes, std::size_t count, bool last, std::uint64_t offset, CharacterBlock& block);
+  std::size_t decode_by_icu(const char* bytes, std::size_t count, bool last, std::uint64_t offset,
+                            CharacterBlock& block);
 
   const CodePage& page_;
   std::unique_ptr<IcuUnits> icu_;  // created lazily, for sequences that depend on what follows

@@ -9,8 +9,9 @@
 namespace ku::i18n::detail {
 namespace {
 
-// Decodes a block of UTF-8 but for its last character, unless it is malformed, and returns how many bytes that were.
-// The loop has no branch that depends on the lengths of the characters: where they vary, nobody can predict them.
+// Decodes a block of UTF-8 except its last character. Returns the number of bytes decoded; 0 if the block is
+// malformed. The loop has no branch that depends on the lengths of the characters: where they vary, it would be
+// mispredicted.
 //
 // Invariant  the character at `at` ends at the lowest bit of `starts`; all before it have been written.
 // Reads      `Utf8Block::bytes_read`.
@@ -42,7 +43,7 @@ public:
   std::size_t decode(const char* bytes, std::size_t count, bool last, std::uint64_t offset,
                      CharacterBlock& block) override {
     std::size_t at = 0;
-    std::size_t next_try = 0;  // of a block: not at every character of malformed text
+    std::size_t next_try = 0;  // where to try a block again; not at every character of malformed text
     while (at < count && !block.is_full()) {
       const char* const from = bytes + at;
       const std::size_t left = count - at;

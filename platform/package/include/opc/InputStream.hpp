@@ -10,7 +10,8 @@ namespace opc {
 /// Threads    One stream may be used by one thread at a time.
 class [[gnu::visibility("default")]] InputStream {
 public:
-  /// Copies at most `size` bytes to `buffer` and returns how many; 0 does not mean the end.
+  /// Copies at most `size` bytes to `buffer` and returns how many; 0 does not mean the end. May be called again after
+  /// everything has been delivered.
   virtual std::uint64_t read(void* buffer, std::uint64_t size) = 0;
 
   /// Whether everything has been delivered.

@@ -22,8 +22,8 @@ struct ConversionLoss {
 /// `codecvt_ustring_to_string`, and encodings have the same names. It is faster, stores no intermediate UTF-16, and
 /// takes the text in pieces of any size.
 ///
-/// State      The text begins with the first call of `convert` and ends with the call whose argument `last` is true.
-///            For another text, make another transcoder.
+/// State      The text begins with the first call of `convert`. It ends when a call whose argument `last` is true
+///            returns `done`. For another text, make another transcoder.
 /// Errors     The constructor raises `CvtExceptionBase` if it refuses an encoding. Every member may raise
 ///            `std::bad_alloc`; the transcoder must not be used after that.
 /// Threads    Distinct transcoders are independent; one may be used by one thread at a time.

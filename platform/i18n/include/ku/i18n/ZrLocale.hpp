@@ -31,9 +31,8 @@ public:
 
   /// The process-wide current locale, used for messages and for file content. Initially that of the environment:
   /// - Name and encoding are those of the first of LC_ALL, LC_CTYPE and LANG that is set and not empty, else "C".
-  /// - The language is that of the first of LC_ALL, LC_MESSAGES and LANG that is set and not empty. Unless it is "C"
-  /// or
-  ///   "POSIX", the languages listed in LANGUAGE, separated by colons, come before it.
+  /// - The language is that of the first of LC_ALL, LC_MESSAGES and LANG that is set and not empty. Unless it is
+  ///   "C" or "POSIX", the languages listed in LANGUAGE, separated by colons, come before it.
   static ZrLocale global();
   /// Makes `next` the process-wide locale and returns the previous one. This has no effect on file names.
   static ZrLocale global(const ZrLocale& next);

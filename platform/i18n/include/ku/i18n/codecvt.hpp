@@ -19,13 +19,14 @@ class IcuConverter;
 ///            `ZrLocale::global()` at construction. Names with converter options (a comma) are refused. So are
 ///            encodings whose converter drops text (HZ, ISCII, X11 compound text) or whose output depends on how the
 ///            text is split (SCSU, LMBCS). docs/codepages.md lists the characters of each encoding.
-/// Strict     Raises `CvtInvalidCharacter` at the first unit that cannot be converted. No fallback mappings are used
-///            and nothing is dropped, not even invisible characters and byte-order marks. A character without a code
-///            is written as a canonically equivalent sequence of letter and accents if all of these have codes
-///            (Vietnamese in windows-1258). Only UTF-16 and UTF-32 without a byte order in their names interpret a
-///            leading byte-order mark.
-/// Tolerant   Writes one U+FFFD for each such unit and continues. If the target lacks U+FFFD it writes "?", and if it
-///            lacks that too, the fullwidth form U+FF1F.
+/// Strict     Raises `CvtInvalidCharacter` for malformed or incomplete input and for a character that the target
+///            lacks. No fallback mappings are used and nothing is dropped, not even invisible characters and
+///            byte-order marks. A character without a code is written as a canonically equivalent sequence of letter
+///            and accents if all of these have codes (Vietnamese in windows-1258). Only UTF-16 and UTF-32 without a
+///            byte order in their names interpret a leading byte-order mark.
+/// Tolerant   Writes one U+FFFD for each malformed sequence and for each character that the target lacks, and
+///            continues. If the target lacks U+FFFD it writes "?", and if it lacks that too, the fullwidth form
+///            U+FF1F.
 /// ASCII      Bytes below 0x80, controls included, keep their values in every superset of ASCII.
 /// Errors     The constructor raises `CvtExceptionBase` itself if it refuses the encoding. Every member may raise
 ///            `std::bad_alloc`.
@@ -68,7 +69,8 @@ private:
 /// Threads  Has no state; any thread may use it at any time.
 class [[gnu::visibility("default")]] codecvt_ascii_to_ustring {
 public:
-  /// Raises `CvtInvalidCharacter` for a byte above 0x7F.
+  /// Converts exactly `count` bytes. Raises `CvtInvalidCharacter` for a byte above 0x7F.
+  /// Requires: `bytes` points to `count` bytes; it may be null if `count` is 0.
   std::u16string convert(const char* bytes, std::size_t count) const;
 };
 

@@ -83,8 +83,8 @@ struct EncodeRows {
 
   std::array<std::atomic<const Row*>, rows> all;
 
-  /// Of a single-byte code page, the byte of each character up to U+FFFF that has been looked up; zero for the
-  /// others. The same as the entries, without a second step and in little space. Null before the first character.
+  /// For a single-byte code page, the byte of each character up to U+FFFF that has been looked up; zero for the
+  /// others. The same as the entries, but found in one lookup and in less memory. Null before the first character.
   using Bytes = std::array<std::atomic<std::uint8_t>, 0x10000>;
   std::atomic<const Bytes*> bytes{nullptr};
 

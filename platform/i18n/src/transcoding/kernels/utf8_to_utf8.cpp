@@ -41,7 +41,7 @@ std::size_t find_end_of_valid(const char* from, std::size_t count) {
 }  // namespace
 
 ByteCursor utf8_to_utf8(ByteCursor c) noexcept {
-  constexpr std::size_t cached = 16384;  // so many bytes are still in the cache when they are copied
+  constexpr std::size_t cached = 16384;  // validated bytes that are still in the cache when they are copied
   for (std::size_t valid = 1; valid > 0;) {
     valid = find_end_of_valid(c.from, std::min(c.both(), cached));
     if (valid > 0) std::memcpy(c.to, c.from, valid);

@@ -81,7 +81,7 @@ ByteCursor convert_by_steps_inside(ByteCursor c, bool keeps_ascii, StepOf step_o
       }
     }
     if (c.left() < lookahead || c.room() < most_step_output) break;  // after ASCII
-    // So many steps stay within input and room without further checks.
+    // This many steps stay within input and room without further checks.
     for (auto steps = std::max<std::size_t>(std::min(c.left(), c.room()) / most_step_output, 1); steps > 0; --steps) {
       const Step step = step_of(c.from, c.to);
       if (step.read == 0) return c;

@@ -8,7 +8,7 @@
 /// be used by several threads.
 namespace qar::qardatainterfaces {
 
-/// A file could not be opened. The arguments are its path and, as the reason, the state of the stream.
+/// A file could not be opened. The arguments are its path and the reason, which is the state of the stream.
 class [[gnu::visibility("default")]] QARDATAINTERFACES_FILE_OPEN_FAILED final : public tavik_core::BaseMsgID {
 public:
   /// Copies its arguments.
