@@ -115,6 +115,7 @@ TEST_P(Routes, ConvertEveryFragmentAlikeWhereverItStands) {
     for (const int second : {0x00, 0x30, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xD8, 0xDC, 0xFF})
       for (const char* rest : {"", "\x80", "\x81\x31", "\x80\x80"})
         fragments.push_back(std::string{static_cast<char>(first), static_cast<char>(second)} + rest);
+  for (const auto& filling : fillings) fragments.push_back(filling.substr(0, filling.size() - 1));  // incomplete
   std::size_t number = 0;
   for (const auto& filling : fillings)
     for (const auto& fragment : fragments) {

@@ -19,25 +19,19 @@ inline bool is_ascii(const char* from) noexcept {
   return _mm256_movemask_epi8(_mm256_or_si256(_mm256_loadu_si256(bytes), _mm256_loadu_si256(bytes + 1))) == 0;
 }
 
-/// A mask with a bit for each of the 64 bytes, set if the byte is zero.
-inline std::uint64_t zeros(const char* from) noexcept {
-  const auto mask = [](__m256i bytes) {
-    return std::uint64_t{
-        static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(bytes, _mm256_setzero_si256())))};
-  };
-  const auto* const bytes = reinterpret_cast<const __m256i*>(from);
-  return mask(_mm256_loadu_si256(bytes)) | mask(_mm256_loadu_si256(bytes + 1)) << 32;
-}
-
 /// Writes those of the 64 bytes whose bit is set in the mask, and returns the end of the output.
 inline char* put_kept(const char* from, std::uint64_t kept, char* to) noexcept {
-#pragma GCC unroll 8
-  for (std::size_t at = 0; at < 64; at += 8) {
-    const std::uint64_t part = kept >> at & 0xFF;
-    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from + at));
-    const __m128i shuffle = _mm_load_si128(reinterpret_cast<const __m128i*>(bytes_kept[part].from.data()));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm_shuffle_epi8(bytes, shuffle));
-    to += std::popcount(part);
+#pragma GCC unroll 4
+  for (std::size_t at = 0; at < 64; at += sizeof(__m128i)) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + at));
+    const auto packed = [bytes](std::uint64_t mask) {
+      return _mm_shuffle_epi8(bytes, _mm_load_si128(reinterpret_cast<const __m128i*>(bytes_kept[mask].from.data())));
+    };
+    const std::uint64_t lower = kept >> at & 0xFF, upper = kept >> (at + 8) & 0xFF;
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), packed(lower));
+    to += std::popcount(lower);
+    _mm_storeh_pd(reinterpret_cast<double*>(to), _mm_castsi128_pd(packed(upper)));
+    to += std::popcount(upper);
   }
   return to;
 }
@@ -75,30 +69,11 @@ public:
     return (leads_ << 1 | triples_ << 2 | quadruples_ << 3 | due) == (non_ascii_ & ~leads_) &&
            !(triples_ == 0 ? has_overlong_pairs() : has_wrong_seconds());
   }
-  /// Whether no character has four bytes.
-  bool has_triples_at_most() const noexcept { return quadruples_ == 0; }
   /// For well-formed text: the continuation bytes of its last character that must begin the next block.
   std::uint64_t due() const noexcept { return leads_ >> 63 | triples_ >> 62 | quadruples_ >> 61; }
 
   /// For well-formed text that begins with a character: the length of its complete characters.
   std::size_t length() const noexcept { return first_bit(cut()); }
-
-  /// Writes the unchanged bytes of the block.
-  void copy(char* to) const noexcept {
-    for (std::size_t part = 0; part < parts; ++part)
-      _mm256_storeu_si256(reinterpret_cast<__m256i*>(to + part * sizeof(__m256i)), load(part, 0));
-  }
-  /// The starts of the complete characters; and of those that are not ASCII.
-  std::uint64_t starts() const noexcept { return (~non_ascii_ | leads_) & (cut() - 1); }
-  std::uint64_t leads() const noexcept { return leads_ & (cut() - 1); }
-
-  /// The unit of the character that begins at each byte. Requires: `has_triples_at_most`.
-  void decode_in_place(char16_t* to) const noexcept {
-    for (std::size_t at = 0; at < size; at += 16) {
-      const __m256i units = triples_ == 0 ? decode_each<2>(from_ + at) : decode_each<3>(from_ + at);
-      _mm256_storeu_si256(reinterpret_cast<__m256i*>(to + at), units);
-    }
-  }
 
   /// Writes the complete characters in UTF-16, and returns the end of the output.
   template <std::endian order>

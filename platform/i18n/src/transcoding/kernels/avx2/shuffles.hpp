@@ -25,9 +25,13 @@ constexpr Shuffles make_shuffles(Keeps keeps) {
   return result;
 }
 
-/// Keeps those of the first eight bytes whose bit is set.
-inline constexpr Shuffles bytes_kept =
-    make_shuffles([](unsigned mask, unsigned byte) { return byte < 8 && (mask >> byte & 1) != 0; });
+/// In each half of a register, keeps those of its eight bytes whose bit is set.
+inline constexpr Shuffles bytes_kept = [] {
+  auto shuffles = make_shuffles([](unsigned mask, unsigned byte) { return byte < 8 && (mask >> byte & 1) != 0; });
+  for (auto& shuffle : shuffles)
+    for (std::size_t i = 0; i < 8; ++i) shuffle.from[i + 8] = static_cast<std::uint8_t>(shuffle.from[i] + 8);
+  return shuffles;
+}();
 
 /// Keeps those of eight UTF-16 units whose bit is set.
 inline constexpr Shuffles units_kept =
