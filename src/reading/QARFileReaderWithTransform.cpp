@@ -97,14 +97,13 @@ bool QARFileReaderWithTransform::acceptEmptyInput() noexcept {
   }
   ByteArrayAccess::release(output_);  // a failed attempt may have left bytes
   more_ = false;
-  lastError_ = 0;
   return true;
 }
 
 bool QARFileReaderWithTransform::runTransform(const QARByteArray& input, QARMetaData& meta, int errorWithoutOutput) {
   lastError_ = transform_failed;
   const bool done = transform_.transform(input, output_, meta);
-  if (in_) gathering_ = Gathering::offered;
+  gathering_ = Gathering::offered;
   if (!done) {
     if (output_.size() == 0) lastError_ = errorWithoutOutput;
     return false;

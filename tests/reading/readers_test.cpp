@@ -10,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -189,8 +190,11 @@ INSTANTIATE_TEST_SUITE_P(, Readers, testing::ValuesIn(cases()), [](const auto& t
 
 struct OwnReader final : QARFileReader {
   using QARFileReader::QARFileReader;
+  using QARFileReader::read;
   const char* getTransformId() override { return ""; }
-  unsigned int read(void*, unsigned int) override { return 0; }
+  unsigned int read(void*, unsigned int) override {
+    return std::exchange(lastError_, transform_failed) == 0 ? 0 : failed;
+  }
 };
 
 TEST(FileReaders, CanBeAProgramsOwnAndReadWhatIsLarge) {
@@ -198,7 +202,12 @@ TEST(FileReaders, CanBeAProgramsOwnAndReadWhatIsLarge) {
   const auto content = pattern(17 << 20);
   OwnReader reader(directory.file("large", content));
   EXPECT_EQ(reader.ready(), 0);
-  EXPECT_TRUE(text(reader.readAll()) == content);
+  QARMetaData meta;
+  EXPECT_EQ(reader.read(nullptr, 0), 0U);
+  EXPECT_EQ(reader.read(nullptr, 0), QARFileReader::failed);
+  EXPECT_EQ(reader.read(nullptr, 0, meta), 0U);
+  EXPECT_TRUE(text(reader.readAll(meta)) == content);
+  EXPECT_EQ(reader.lastError(), 0);
 }
 
 #ifndef __SANITIZE_THREAD__  // which shadows each of the 4 GiB
