@@ -37,7 +37,15 @@ struct [[gnu::visibility("hidden")]] Choice {
   return choice.active == number || (choice.active < 0 && record(number));
 }
 
-// The same for constexpr functions, which are not mutated when the compiler evaluates them.
+// Whether reached mutants are recorded.
+[[gnu::visibility("hidden")]] inline bool records() noexcept { return choice.met != nullptr; }
+
+// Whether this mutant is active. It is recorded only if it makes a difference.
+[[gnu::visibility("hidden")]] inline bool mutant(int number, bool differs) noexcept {
+  return choice.active == number || (differs && record(number));
+}
+
+// The first function for constexpr functions, which are not mutated when the compiler evaluates them.
 [[gnu::visibility("hidden")]] constexpr bool constexpr_mutant(int number) noexcept {
   return !__builtin_is_constant_evaluated() && mutant(number);
 }

@@ -76,7 +76,7 @@ def ask(asked, mutants):
         for mutant, killer in zip(mutants, pool.map(everything.killer, mutants)):
             if killer is None:
                 reached = any(test.met[mutant.number] for test in asked)
-                print(mutant, "" if reached else "  (not reached)", flush=True)
+                print(mutant, "" if reached else "  (not reached, or without a difference)", flush=True)
             yield mutant, killer
 
 

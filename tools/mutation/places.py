@@ -20,6 +20,9 @@ BRANCHES = LOOPS | {Kind.IF_STMT, Kind.SWITCH_STMT}
 EXITS = {Kind.RETURN_STMT, Kind.BREAK_STMT, Kind.CONTINUE_STMT, Kind.CXX_THROW_EXPR}
 EVALUATED_BY_COMPILER = {Kind.STATIC_ASSERT, Kind.CXX_UNARY_EXPR, Kind.ENUM_CONSTANT_DECL, Kind.PARM_DECL,
                          Kind.TEMPLATE_NON_TYPE_PARAMETER, Kind.ALIGNED_ATTR}
+HARMLESS = {Kind.DECL_REF_EXPR, Kind.MEMBER_REF_EXPR, Kind.UNEXPOSED_EXPR, Kind.PAREN_EXPR, Kind.INTEGER_LITERAL,
+            Kind.CHARACTER_LITERAL, Kind.CXX_BOOL_LITERAL_EXPR, Kind.CXX_NULL_PTR_LITERAL_EXPR, Kind.CXX_THIS_EXPR,
+            Kind.ARRAY_SUBSCRIPT_EXPR, Kind.CXX_STATIC_CAST_EXPR}
 LITERALS = {Kind.INTEGER_LITERAL, Kind.CHARACTER_LITERAL}
 NUMBER = re.compile(r"\d[\da-fA-FxX']*[uUlLzZ]*|u?8?U?L?'.*'", re.DOTALL)
 
@@ -55,15 +58,17 @@ def errors(path, arguments, wanted):
 
 
 class Changed(typing.NamedTuple):
-    """The new text of a place. `at`, `before` and `after` are what the report shows, if that is something else."""
+    """The new text of a place. `at`, `before` and `after` are what the report shows, if that is something else.
+    `comparable`: both texts can be evaluated and compared without an effect."""
     text: str
     at: int = None
     before: str = None
     after: str = None
+    comparable: bool = False
 
 
-def as_bool(text):
-    return Changed(f"static_cast<bool>({text})", after=text)
+def as_bool(text, comparable=False):
+    return Changed(f"static_cast<bool>({text})", after=text, comparable=comparable)
 
 
 def start(cursor):
@@ -153,10 +158,15 @@ class Finder:
         elif cursor.kind == Kind.UNARY_OPERATOR and children:
             self.unary(cursor, children[0], add)
         operator, left, right = self.binary(cursor, children)
+        if operator is None:
+            return
+        comparable = has_no_effect(cursor)
         if operator in ("&&", "||"):
-            add("condition", as_bool(left), as_bool(right))
+            comparable = comparable and not re.search(r"[*\[]|->|\b(front|back)\b", text)  # one side may guard the other
+            add("condition", as_bool(left, comparable), as_bool(right, comparable))
         for other in OPERATORS.get(operator, []):
-            add("operator", Changed(f"({left}) {other} ({right})", after=f"{left} {other} {right}"))
+            add("operator", Changed(f"({left}) {other} ({right})", after=f"{left} {other} {right}",
+                                    comparable=comparable and other not in ("/", "%")))
 
     def unary(self, cursor, operand, add):
         prefix = self.text[start(cursor):start(operand)].strip()
@@ -186,7 +196,8 @@ class Finder:
         for child in asked:
             if self.of(child) in ("true", "false") or cursor.kind == Kind.FOR_STMT and self.before(child)[-1] != ";":
                 continue
-            replacements = ["false"] if cursor.kind in LOOPS else ["true", "false"]
+            constants = ["false"] if cursor.kind in LOOPS else ["true", "false"]
+            replacements = [Changed(text, comparable=has_no_effect(child)) for text in constants]
             operator = self.binary(child, list(child.get_children()))[0]
             if cursor.kind not in LOOPS and operator not in COMPARISONS and not self.of(child).startswith("!"):
                 replacements.append(f"!({self.of(child)})")
@@ -254,6 +265,21 @@ class Finder:
                     continue
             open_ += children
         return names, leaves
+
+
+def has_no_effect(expression):
+    """Whether evaluating an expression once more changes nothing: it calls only constant member functions."""
+    children = list(expression.get_children())
+    if expression.kind == Kind.CALL_EXPR:
+        called = expression.referenced
+        if called is None or not called.is_const_method():
+            return False
+    elif expression.kind in (Kind.UNARY_OPERATOR, Kind.BINARY_OPERATOR):
+        if any(token.spelling in ("++", "--", "=") for token in expression.get_tokens()):
+            return False
+    elif expression.kind not in HARMLESS:
+        return False
+    return all(has_no_effect(child) for child in children if child.kind.is_expression())
 
 
 def is_constant(variable):

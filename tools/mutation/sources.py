@@ -6,7 +6,7 @@ from places import read
 
 class Mutant:
     def __init__(self, source, place, kind, changed):
-        self.source, self.kind, self.text = source, kind, changed.text
+        self.source, self.kind, self.text, self.comparable = source, kind, changed.text, changed.comparable
         at = place[0] if changed.at is None else changed.at
         self.line = source.text.count("\n", 0, at) + 1
         self.before = source.text[place[0]:place[1]] if changed.before is None else changed.before
@@ -69,13 +69,24 @@ class Source:
         begin = self.length
         for mutant in self.places[place]:
             chosen = self.length
-            self.put(if_active.format(f"mutation::{guard}({mutant.number})", mutant.text))
+            self.put(if_active.format(self.choice(mutant, place), mutant.text))
             self.written.append((chosen, self.length, [mutant]))
         self.put(otherwise)
         index = self.put_range(start, end, index + 1)
         self.put(inner_close + close * len(self.places[place]))
         self.written.append((begin, self.length, self.places[place]))
         return index
+
+    def choice(self, mutant, place):
+        """The condition that selects a mutant. When reached mutants are recorded, it also tells, where possible,
+        whether the mutant has another value than the original text."""
+        start, end, _, guard = place
+        if not mutant.comparable or guard != "mutant":
+            return f"mutation::{guard}({mutant.number})"
+        return (f"mutation::mutant({mutant.number}, mutation::records() && "
+                f"static_cast<bool>({self.text[start:end]}) != static_cast<bool>({mutant.text}))"
+                if place[2] == "condition" else
+                f"mutation::mutant({mutant.number}, mutation::records() && ({self.text[start:end]}) != ({mutant.text}))")
 
     def drop(self, offset):
         """Drops the innermost mutants at the offset of a compile error; false if there are none."""
