@@ -27,7 +27,7 @@ unsigned int QARFileReaderWithoutTransform::read(void* buffer, unsigned int size
   size = std::min(size, failed - 1);
   if (in_) return readStream(to, size);
   const auto count = file_->read(to, size);
-  if (count > 0 && count == size) return count;  // at once, since small chunks would take a tenth longer
+  if (count > 0 && count == size) return count;  // spares small chunks the checks below
   if (file_->atEnd()) more_ = false;
   return file_->good() || file_->atEnd() ? count : failed;
 }

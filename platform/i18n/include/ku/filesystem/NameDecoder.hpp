@@ -16,7 +16,7 @@ namespace ku::filesystem {
 /// Like `detail::process_code_traits::to_internal`, but returns none for bytes that are not valid text instead of
 /// raising an exception. A decoder opens at most one converter, so use the same one for all parts of a name.
 ///
-/// Errors   Every member may raise `std::bad_alloc`; the decoder remains usable.
+/// Errors   `decode` may raise `std::bad_alloc`; the decoder remains usable.
 /// Threads  Distinct decoders are independent; one may be used by one thread at a time.
 class [[gnu::visibility("default")]] NameDecoder {
 public:

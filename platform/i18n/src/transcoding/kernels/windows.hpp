@@ -72,17 +72,20 @@ inline Step put_entry(std::size_t read, Entry bytes, char* to) {
 template <class StepOf>
 ByteCursor convert_by_steps_inside(ByteCursor c, bool keeps_ascii, StepOf step_of) {
   while (c.left() >= lookahead && c.room() >= most_step_output) {
-    if (keeps_ascii && c.both() >= ascii_block) {
+    std::size_t both = c.both();
+    if (keeps_ascii && both >= ascii_block) {
       const auto non_ascii = copy_block(c.from, c.to);
-      c.advance(non_ascii == 0 ? ascii_block : first_bit(non_ascii));
       if (non_ascii == 0) {
+        c.advance(ascii_block);
         c.advance(copy_long_ascii(c.from, c.both(), c.to));
         continue;
       }
+      c.advance(first_bit(non_ascii));
+      both -= first_bit(non_ascii);
+      if (both < most_step_output) continue;
     }
-    if (c.left() < lookahead || c.room() < most_step_output) break;  // after ASCII
     // This many steps stay within input and room without further checks.
-    for (auto steps = std::max<std::size_t>(std::min(c.left(), c.room()) / most_step_output, 1); steps > 0; --steps) {
+    for (auto steps = std::max<std::size_t>(both / most_step_output, 1); steps > 0; --steps) {
       const Step step = step_of(c.from, c.to);
       if (step.read == 0) return c;
       c.from += step.read;

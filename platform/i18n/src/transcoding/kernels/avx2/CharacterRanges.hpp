@@ -24,11 +24,14 @@ public:
   /// The number of bytes that `codes` and `slots` read.
   static constexpr std::size_t bytes_read = sizeof(__m256i) + length - 1;
 
-  bool is_empty() const noexcept { return count_ == 0; }
+  /// The most ranges that pay: with more, the kernel for all processors is faster.
+  static constexpr std::size_t most = 8;
 
-  /// Adds the range of the character at `from`. If there are too many, the others are forgotten.
+  std::size_t count() const noexcept { return count_; }
+
+  /// Adds the range of the character at `from`. Requires: the character is well-formed, has `length` bytes and has a
+  /// code; there are fewer ranges than `most`.
   void add(const char* from, char32_t code, const EncodeRows::Bytes& bytes) noexcept {
-    if (count_ == ranges_.size()) count_ = 0;
     auto& range = ranges_[count_++];
     range.first = from[0];
     range.next_to_last = from[length - 2];
@@ -48,12 +51,13 @@ public:
     return _mm256_and_si256(codes, characters.have_last());
   }
 
-  /// Whether the characters of one or two ranges can be looked up after they have been packed, as slots:
+  /// Whether there are one or two ranges. Their characters can be packed first, as slots, and looked up afterwards:
   ///
   /// Bits       0aaaaaaa ASCII; 1riiiiii: `r` is the range, `i` the character.
   bool have_slots() const noexcept { return count_ == 1 || count_ == 2; }
 
   /// These 32 bytes with the slot of each character of the ranges in place of its first byte, and these places.
+  /// Requires: `have_slots()`.
   struct Slots {
     __m256i bytes, leads;
   };
@@ -67,6 +71,7 @@ public:
   }
 
   /// Replaces 32 packed slots by their codes. Returns bytes that are negative where there is no code.
+  /// Requires: `have_slots()`.
   __m256i look_up(char* slots) const noexcept {
     const __m256i bytes = load(slots);
     const Index index(_mm256_and_si256(bytes, all(0x3F)));
@@ -129,7 +134,7 @@ private:
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
   }
 
-  std::array<Range, 32> ranges_;  // a block of 64 bytes never has characters of more ranges
+  std::array<Range, most> ranges_;
   std::size_t count_ = 0;
 };
 

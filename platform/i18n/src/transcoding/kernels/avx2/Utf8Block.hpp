@@ -30,7 +30,7 @@ inline char* put_kept(const char* from, std::uint64_t kept, char* to) noexcept {
     const std::uint64_t lower = kept >> at & 0xFF, upper = kept >> (at + 8) & 0xFF;
     _mm_storel_epi64(reinterpret_cast<__m128i*>(to), packed(lower));
     to += std::popcount(lower);
-    _mm_storeh_pd(reinterpret_cast<double*>(to), _mm_castsi128_pd(packed(upper)));
+    _mm_storeh_pi(reinterpret_cast<__m64*>(to), _mm_castsi128_ps(packed(upper)));
     to += std::popcount(upper);
   }
   return to;

@@ -5,7 +5,8 @@
 
 namespace ku::i18n::detail::avx2 {
 
-/// A shuffle of a register: for each byte of the result, the index of the source byte; 0x80 gives a zero byte.
+/// A shuffle of a register: for each byte of the result, the index of the source byte; 0x80 or more gives a zero
+/// byte.
 struct alignas(16) Shuffle {
   std::array<std::uint8_t, 16> from;
 };
