@@ -22,13 +22,14 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr int cut_short = -1;
+constexpr int cut_short = -1;  // no error; the call delivers less, if it reads
 
 // The fault to inject into the library's system calls, which all come here.
 struct Fault {
@@ -36,7 +37,7 @@ struct Fault {
   std::vector<int> errors = {};          // of that call and of the next ones
   std::vector<std::string> struck = {};  // the names of these calls
 } fault;
-std::size_t injected = 0;
+std::size_t injected = 0, closed_twice = 0;
 std::function<void()> before_each_read, before_next_open;
 
 // The error of this call, or 0.
@@ -83,7 +84,21 @@ int open(const char* path, int flags, ...) {
   return static_cast<int>(call("open", SYS_open, path, flags, mode));
 }
 int __open_2(const char* path, int flags) { return open(path, flags); }  // called by hardened code
-int close(int handle) { return static_cast<int>(call("close", SYS_close, handle)); }
+int close(int handle) {
+  const auto result = static_cast<int>(call("close", SYS_close, handle));
+  if (result < 0 && errno == EBADF) ++closed_twice;
+  return result;
+}
+int fcntl(int handle, int command, ...) {
+  va_list rest;
+  va_start(rest, command);
+  const auto argument = va_arg(rest, long);  // arbitrary if it was not passed
+  va_end(rest);
+  return static_cast<int>(call("fcntl", SYS_fcntl, handle, command, argument));
+}
+int poll(pollfd* asked, nfds_t count, int timeout) {
+  return static_cast<int>(call("poll", SYS_poll, asked, count, timeout));
+}
 int fstat(int handle, struct stat* to) noexcept { return static_cast<int>(call("fstat", SYS_fstat, handle, to)); }
 int lstat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("lstat", SYS_lstat, path, to)); }
 int stat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("stat", SYS_stat, path, to)); }
@@ -141,6 +156,8 @@ protected:
     return way.read(factory, path);
   } catch (const rtxi18nutil::DeployedException& e) {
     return e.identifier();
+  } catch (const std::bad_alloc&) {
+    return "out of memory";
   } catch (const std::exception& e) {  // thrown by the status queries
     return "refused: " + std::string(e.what());
   }
@@ -166,6 +183,7 @@ protected:
                             result.find("refused: ") == 0;
     EXPECT_TRUE(result == expected || (is_refusal && !harmless)) << result.substr(0, 100);
     EXPECT_EQ(open_files(), before) << "not closed";
+    EXPECT_EQ(closed_twice, 0U) << "or what was not open";
     EXPECT_TRUE(read(way, path) == expected) << "afterwards";
     return struck.size() == errors.size() && !HasFailure();
   }
@@ -192,6 +210,9 @@ TEST_P(FailingSystemCalls, DoNoHarm) {
                                          {ENOMEM},
                                          {EMFILE},
                                          {EACCES},
+                                         {EAGAIN},
+                                         {EAGAIN, EMFILE},
+                                         {EAGAIN, EAGAIN, EIO},
                                          {ELOOP},
                                          {cut_short},
                                          {cut_short, EIO},
@@ -224,7 +245,7 @@ TEST_F(SystemCalls, WaitForWhatARegularFileWillHave) {
     for (std::size_t n = 1; n < 8; ++n) {
       fault = {};
       const auto expected = read(ways[way], path);
-      fault = {n, {EAGAIN, EINTR}};
+      fault = {n, {EAGAIN, cut_short, cut_short, EINTR}};
       const auto result = read(ways[way], path);
       const auto struck = std::exchange(fault, {}).struck;
       if (!struck.empty() && (struck[0] == "read" || struck[0] == "pread")) {
@@ -233,14 +254,55 @@ TEST_F(SystemCalls, WaitForWhatARegularFileWillHave) {
     }
 }
 
-TEST_F(SystemCalls, WaitForNoWriterOfAFifoThatTakesThePlaceOfAFile) {
+// What fails after the first read or the first attempt to open: the reason that the caller gets.
+TEST_F(SystemCalls, TellWhyWaitingFails) {
   const auto path = directory.file("plain", "content");
-  before_next_open = [&] {
+  for (const auto& errors :
+       {std::vector{EAGAIN, EIO}, {EAGAIN, cut_short, EIO}, {EAGAIN, cut_short, cut_short, EAGAIN}}) {
+    const auto reader = factory.getReader(path);
+    fault = {1, errors};
+    EXPECT_EQ(text(reader->readAll()), "");
+    EXPECT_THAT(std::exchange(fault, {}).struck, testing::SizeIs(errors.size()));
+    EXPECT_EQ(reader->readError().value(), EAGAIN) << errors.size();
+  }
+  const Pipe pipe("content");
+  const auto reader = factory.getRuntimeReader(pipe.path());
+  fault = {2, {EAGAIN, EIO}};
+  EXPECT_EQ(text(reader->readAll()), "");
+  EXPECT_THAT(std::exchange(fault, {}).struck, testing::ElementsAre("read", "poll"));
+  EXPECT_EQ(reader->readError().value(), EAGAIN);
+
+  for (const auto& [errors, reason] : {std::pair(std::vector{EAGAIN, EMFILE}, ", EMFILE"),
+                                       {{EAGAIN, cut_short, EIO}, ", EAGAIN"},
+                                       {{EAGAIN, cut_short, cut_short, EACCES}, ", EACCES"},
+                                       {{EAGAIN, cut_short, cut_short, ENOENT}, ", EAGAIN"}}) {
+    before_next_open = [&e = errors] { fault = {1, e}; };
+    try {
+      factory.getReader(path);
+      ADD_FAILURE() << "opened";
+    } catch (const rtxi18nutil::DeployedException& e) {
+      EXPECT_EQ(Korvane::qardatainterfaces::reason(e), reason) << errors.size();
+    }
+    fault = {};
+  }
+}
+
+TEST_F(SystemCalls, WaitForNoWriterOfAFifoThatTakesThePlaceOfAFile) {
+  const auto replace = [this] {
     std::filesystem::remove(directory.native("plain"));
     EXPECT_EQ(::mkfifo(directory.native("plain").c_str(), 0600), 0);
   };
+  const auto pretend_lease = [&] {
+    fault = {1, {EWOULDBLOCK}};
+    before_next_open = replace;
+  };
   const Watchdog watchdog(20, "opening a FIFO that has no writer");
-  EXPECT_EQ(read(ways[2], path), "QARDATAINTERFACES_FILE_OPEN_FAILED");
+  for (const std::function<void()>& before : {std::function<void()>(replace), std::function<void()>(pretend_lease)}) {
+    std::filesystem::remove(directory.native("plain"));
+    const auto path = directory.file("plain", "content");
+    before_next_open = before;
+    EXPECT_EQ(read(ways[2], path), "QARDATAINTERFACES_FILE_OPEN_FAILED");
+  }
 }
 
 TEST_F(SystemCalls, LeaveTheContentOfAPipeThatBreaks) {
@@ -254,6 +316,7 @@ TEST_F(SystemCalls, LeaveTheContentOfAPipeThatBreaks) {
       EXPECT_EQ(content, expected);
       EXPECT_EQ(reader->readError().value(), error == EIO ? EIO : 0);
       EXPECT_EQ(reader->ready(), QARFileReader::not_good);
+      EXPECT_EQ(text(reader->readAll()), "content") << "read again";
     }
 }
 

@@ -208,6 +208,9 @@ TEST(FileReaders, CanBeAProgramsOwnAndReadWhatIsLarge) {
   EXPECT_EQ(reader.read(nullptr, 0, meta), 0U);
   EXPECT_TRUE(text(reader.readAll(meta)) == content);
   EXPECT_EQ(reader.lastError(), 0);
+  std::string start(4, '?');
+  for (int again = 0; again < 2; ++again) reader.readAll().read(reinterpret_cast<unsigned char*>(start.data()), 4);
+  EXPECT_EQ(start, content.substr(0, 4)) << "the position begins anew";
 }
 
 #ifndef __SANITIZE_THREAD__  // which shadows each of the 4 GiB

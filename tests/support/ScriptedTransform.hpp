@@ -20,6 +20,7 @@ public:
                              const char* id = "scripted")
       : QARTransform(id, empty_input, empty_output), script(std::move(next)) {}
 
+  void set_up() { isSetup_ = true; }
   bool cleanup() override { return true; }
   bool transform(const QARByteArray& in, QARByteArray& out, QARMetaData& meta) override {
     inputs.push_back(text(in));

@@ -129,6 +129,8 @@ TEST(QARTransform, TellsWhatItWasGivenAndFiltersByCopying) {
   EXPECT_STREQ(named.getId(), "name");
   EXPECT_EQ(named.getId(), named.getId());
   EXPECT_TRUE(!named.isSetup() && !named.allowZeroLengthInputFiles() && named.allowZeroLengthOutputFiles());
+  named.set_up();
+  EXPECT_TRUE(named.isSetup());
 
   QARByteArray in(std::string("ab")), out;
   unsigned char byte = 0;
