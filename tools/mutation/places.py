@@ -8,7 +8,7 @@ from clang.cindex import CursorKind as Kind
 
 OPERATORS = {
     "==": ["!="], "!=": ["=="], "<": ["<=", ">="], ">": [">=", "<="], "<=": ["<", ">"], ">=": [">", "<"],
-    "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "*": ["/"], "/": ["*"],
+    "+": ["-"], "-": ["+"], "*": ["/"], "/": ["*"],
     "%": ["/"], "&": ["|"], "|": ["&"], "^": ["|"], "<<": [">>"], ">>": ["<<"],
     "+=": ["-="], "-=": ["+="], "*=": ["/="], "/=": ["*="], "&=": ["|="], "|=": ["&="], "<<=": [">>="], ">>=": ["<<="],
 }
@@ -86,6 +86,8 @@ class Finder:
     def __init__(self, text):
         self.text = text
         self.found = set()
+        self.compared = set()       # where the constants begin that are changed with their comparison
+        self.conditions = set()     # where the conditions of branches begin
 
     def of(self, cursor):
         return self.text[start(cursor):end(cursor)]
@@ -143,6 +145,8 @@ class Finder:
             early = ["return true;", "return false;"]
         else:
             early = [] if result.endswith("&") or "auto" in result else ["return {};"]
+            if statements and self.statement(statements[0]) in ("return 0;", "return nullptr;"):
+                early = []
         if statements:
             early = [text for text in early if text != self.statement(statements[0])]
             self.add(guard, start(body) + 1, start(body) + 1, "statement", "return", *early)
@@ -151,7 +155,7 @@ class Finder:
     def expression(self, cursor, children, guard):
         text = self.of(cursor)
         add = lambda kind, *replacements: self.add(guard, start(cursor), end(cursor), "expression", kind, *replacements)
-        if cursor.kind in LITERALS and NUMBER.fullmatch(text):
+        if cursor.kind in LITERALS and NUMBER.fullmatch(text) and start(cursor) not in self.compared:
             add("constant", Changed(f"mutation::next({text})", after=f"{text} + 1"))
         elif text in ("true", "false") and cursor.kind == Kind.CXX_BOOL_LITERAL_EXPR:
             add("constant", "false" if text == "true" else "true")
@@ -164,9 +168,19 @@ class Finder:
         if operator in ("&&", "||"):
             comparable = comparable and not re.search(r"[*\[]|->|\b(front|back)\b", text)  # one side may guard the other
             add("condition", as_bool(left, comparable), as_bool(right, comparable))
-        for other in OPERATORS.get(operator, []):
+        for other in self.other_operators(cursor, operator):
             add("operator", Changed(f"({left}) {other} ({right})", after=f"{left} {other} {right}",
                                     comparable=comparable and other not in ("/", "%")))
+        if operator in COMPARISONS and children[-1].kind in LITERALS and NUMBER.fullmatch(right):
+            self.compared.add(start(children[-1]))
+            if operator not in ("<", ">="):     # x < 1 + 1 is x <= 1
+                add("constant", Changed(f"({left}) {operator} mutation::next({right})",
+                                        after=f"{left} {operator} {right} + 1", comparable=comparable))
+
+    def other_operators(self, cursor, operator):
+        """The operators to use instead; the last one for a comparison is its opposite, see condition()."""
+        others = OPERATORS.get(operator, [])
+        return others[:-1] if operator in COMPARISONS and start(cursor) in self.conditions else others
 
     def unary(self, cursor, operand, add):
         prefix = self.text[start(cursor):start(operand)].strip()
@@ -187,7 +201,8 @@ class Finder:
         return None, None, None
 
     def condition(self, cursor, children, guard):
-        """A branch: always, never, and the opposite condition if no operator mutant gives it. A loop: never."""
+        """A branch: always, never. A loop: never. Not made are changes that a test can hardly miss when it detects
+        another one: the opposite of a condition; `true` for `a && b`, which is also changed to `a` and to `b`."""
         ends = {Kind.IF_STMT: ")", Kind.WHILE_STMT: ")", Kind.DO_STMT: ")", Kind.FOR_STMT: ";",
                 Kind.CONDITIONAL_OPERATOR: "?"}.get(cursor.kind)
         if not ends or re.match(r"if\s+constexpr", self.of(cursor)):
@@ -196,12 +211,14 @@ class Finder:
         for child in asked:
             if self.of(child) in ("true", "false") or cursor.kind == Kind.FOR_STMT and self.before(child)[-1] != ";":
                 continue
-            constants = ["false"] if cursor.kind in LOOPS else ["true", "false"]
-            replacements = [Changed(text, comparable=has_no_effect(child)) for text in constants]
             operator = self.binary(child, list(child.get_children()))[0]
-            if cursor.kind not in LOOPS and operator not in COMPARISONS and not self.of(child).startswith("!"):
-                replacements.append(f"!({self.of(child)})")
-            self.add(guard, start(child), end(child), "condition", "condition", *replacements)
+            constants = {"&&": ["false"], "||": ["true"]}.get(operator, ["true", "false"])
+            if cursor.kind in LOOPS:
+                constants = ["false"]
+            elif operator in COMPARISONS:
+                self.conditions.add(start(child))
+            self.add(guard, start(child), end(child), "condition", "condition",
+                     *(Changed(text, comparable=has_no_effect(child)) for text in constants))
 
     def dropped(self, parent, children, guard):
         """Statements that can be dropped: calls, assignments, jumps."""
@@ -215,7 +232,7 @@ class Finder:
                 self.before(child).endswith((")", "{", "}", ";", ":", "else", "do"))
             # A throw is kept: without it a function could end without a value, which the compiler assumes to be
             # impossible.
-            is_droppable = is_jump or child.kind.is_expression() and child.kind != Kind.CXX_THROW_EXPR
+            is_droppable = is_jump or child.kind.is_expression() and not self.of(child).startswith("throw")
             if stands_alone and is_droppable:
                 self.add(guard, start(child), self.end_of_statement(child), "statement", "statement", "")
 
@@ -244,27 +261,48 @@ class Finder:
                                      " ".join(reversed(texts[at:at + 2]))))
 
     def depend(self, one, other):
-        """Whether two statements use the same variable, or one of them may leave the block."""
-        (names, leaves), (names2, leaves2) = self.uses(one), self.uses(other)
-        return leaves or leaves2 or any((name + ".").startswith(name2 + ".") or (name2 + ".").startswith(name + ".")
-                                        for name in names for name2 in names2)
+        """Whether one of two statements may change a variable that the other uses, or may leave the block."""
+        (used, changed, leaves), (used2, changed2, leaves2) = self.uses(one), self.uses(other)
+        return leaves or leaves2 or overlap(changed, used2) or overlap(used, changed2)
 
     def uses(self, statement):
-        """The source text of the variables that a statement may change, and whether it may leave the block."""
-        names, leaves, open_ = set(), False, [statement]
+        """The source text of the variables that a statement uses, of those that it may change, and whether it may leave
+        the block."""
+        used, changed, leaves, open_ = set(), set(), False, [(statement, None)]
         while open_:
-            cursor = open_.pop()
+            cursor, parent = open_.pop()
             leaves |= cursor.kind in EXITS
             children = list(cursor.get_children())
-            target = cursor.referenced
+            name, target = None, cursor.referenced
             if cursor.kind in (Kind.MEMBER_REF_EXPR, Kind.DECL_REF_EXPR) and target is not None:
                 if cursor.kind == Kind.MEMBER_REF_EXPR and not children:
-                    names.add("this" if target.kind == Kind.CXX_METHOD else "this." + cursor.spelling)
+                    name = "this" if target.kind == Kind.CXX_METHOD else "this." + cursor.spelling
                 elif target.kind in (Kind.VAR_DECL, Kind.PARM_DECL, Kind.FIELD_DECL) and not is_constant(target.type):
-                    names.add(self.of(cursor).replace("->", "."))
-                    continue
-            open_ += children
-        return names, leaves
+                    name, children = self.of(cursor).replace("->", "."), []
+            if name is not None:
+                used.add(name)
+                if may_change(cursor, parent):
+                    changed.add(name)
+            open_ += [(child, cursor) for child in children]
+        return used, changed, leaves
+
+
+def overlap(names, others):
+    """Whether one of the variables is, or is a part of, one of the others, or the reverse."""
+    return any((name + ".").startswith(other + ".") or (other + ".").startswith(name + ".")
+               for name in names for other in others)
+
+
+def may_change(reference, parent):
+    """Whether a variable may be changed where it is used. Reading its value is an implicit cast."""
+    if reference.referenced.kind == Kind.CXX_METHOD:
+        return not reference.referenced.is_const_method()
+    if reference.type.kind == cindex.TypeKind.POINTER:
+        return True
+    if parent is not None and parent.kind == Kind.MEMBER_REF_EXPR and parent.referenced is not None and \
+            parent.referenced.kind == Kind.CXX_METHOD:
+        return not parent.referenced.is_const_method()
+    return parent is None or parent.kind != Kind.UNEXPOSED_EXPR
 
 
 def has_no_effect(expression):

@@ -12,8 +12,10 @@ import subprocess
 import tempfile
 
 NOT_RUN = r"CodePages|Instructions|qarread\.names"      # each takes minutes, in many processes
-SLOWEST = 10            # seconds of processor time; slower tests are not run with mutants either
-QUICK = 0.3             # seconds; faster cases of one program share a process
+SLOWEST = 3             # seconds of processor time; slower tests are not run with mutants either
+LONGEST = 8             # seconds of processor time; then no further test is run with a mutant
+NEARBY = 12             # how many tests that detected mutants nearby are run first
+FIRST_BATCH = 0.1       # seconds of processor time of the first tests of a program that share a process
 MEMORY = 6 << 30        # bytes; some mutants allocate without end
 
 
@@ -27,6 +29,7 @@ class Test:
     program: str = ""       # a GoogleTest program
     case: str = ""          # the filter of this test in that program
     seconds: float = 0      # processor time without a mutant
+    start: float = 0        # the part of it that any case of the program needs
     met: bytes = b""        # for each mutant, whether the test reaches it
 
 
@@ -57,7 +60,7 @@ def run(test, environment, limit):
         ended = os.pidfd_open(process.pid)
         waiting = select.poll()
         waiting.register(ended, select.POLLIN)
-        waiting.poll(1000 * (10 + 20 * limit))      # ends tests that wait for ever; generous for busy machines
+        waiting.poll(1000 * (10 + 10 * limit))      # ends tests that wait for ever; generous for busy machines
         os.killpg(process.pid, signal.SIGKILL)      # with all processes that it started
         os.close(ended)
         _, status, used = os.wait4(process.pid, 0)
@@ -83,36 +86,51 @@ def together(cases):
     one = cases[0]
     chosen = "--gtest_filter=" + ":".join(case.case for case in cases)
     return dataclasses.replace(one, command=[one.program, chosen, "--gtest_fail_fast", *one.command[2:]], case="",
-                               seconds=sum(case.seconds for case in cases))
+                               seconds=one.start + sum(case.seconds - case.start for case in cases))
 
 
-def batches(asked):
-    """The same tests with the quick cases of each program combined, the quickest first."""
-    programs = collections.defaultdict(list)
-    alone = []
-    for test in asked:
-        (programs[test.program] if test.program and test.seconds < QUICK else alone).append(test)
-    return sorted([*alone, *map(together, programs.values())], key=lambda test: test.seconds)
+def batches(tests, length):
+    """The same tests, with the successive cases of each program combined. The first batch of a program takes `length`
+    seconds, each further one twice as long as the previous one, since most mutants fail early."""
+    found, cases, lengths = [], collections.defaultdict(list), {}
+    for test in tests:
+        if not test.program:
+            found.append(test)
+            continue
+        cases[test.program].append(test)
+        batch = together(cases[test.program])
+        if batch.seconds - batch.start >= lengths.setdefault(test.program, length):
+            found.append(batch)
+            cases.pop(test.program)
+            lengths[test.program] *= 2
+    return [*found, *map(together, cases.values())]
 
 
 class Suite:
-    """Finds a test that detects a mutant. Tests that detected other mutants of the same file run first."""
+    """Finds a test that detects a mutant. Tests that detected mutants nearby run first."""
 
     def __init__(self, asked):
-        self.asked = asked
-        self.noticed = collections.defaultdict(list)        # file: tests, the most recent one first
+        self.asked = sorted(asked, key=lambda test: test.seconds)
+        for test in reversed(self.asked):
+            test.start = min(other.seconds for other in self.asked if other.program == test.program)
+        self.detected = collections.defaultdict(list)       # file: [(line, test that detected a mutant there)...]
 
     def killer(self, mutant):
         """The name of the test that detects the mutant, or None."""
-        meet = [test for test in self.asked if test.met[mutant.number]]
-        first = [test for test in self.noticed[mutant.source.name] if test in meet][:4]
-        for test in [*first, *batches([test for test in meet if test not in first])]:
-            passed, printed, _ = run(test, {"MUTANT": str(mutant.number)}, math.ceil(1 + 4 * test.seconds))
+        able = [test for test in self.asked if test.met[mutant.number]]
+        detected = sorted(self.detected[mutant.source.name], key=lambda at: abs(at[0] - mutant.line))
+        near = [test for test in dict.fromkeys(test for _, test in detected) if test in able][:NEARBY]
+        others = batches([test for test in able if test not in near], FIRST_BATCH)
+        left = LONGEST
+        for test in [*batches(near, FIRST_BATCH), *sorted(others, key=lambda test: test.seconds)]:
+            passed, printed, used = run(test, {"MUTANT": str(mutant.number)}, math.ceil(0.5 + 2 * test.seconds))
             if not passed:
                 case = re.findall(r"^\[ RUN      \] (\S+)", printed, re.MULTILINE)[-1:]
-                found = next((other for other in meet if [other.case] == case), test)
-                if found in meet:
-                    others = [other for other in self.noticed[mutant.source.name] if other is not found]
-                    self.noticed[mutant.source.name] = [found, *others]
+                found = next((other for other in able if [other.case] == case), test)
+                if found in able:
+                    self.detected[mutant.source.name].append((mutant.line, found))
                 return found.name
+            left -= used
+            if left < 0:
+                break
         return None
