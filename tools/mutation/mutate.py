@@ -76,8 +76,8 @@ def ask(asked, mutants):
     with concurrent.futures.ThreadPoolExecutor(2 * JOBS) as pool:      # a test may wait
         for mutant, killer in zip(mutants, pool.map(everything.killer, mutants)):
             if killer is None:
-                reached = any(test.met[mutant.number] for test in asked)
-                print(mutant, "" if reached else "  (not reached, or without a difference)", flush=True)
+                met = any(test.met[mutant.number] for test in asked)
+                print(f"{mutant.number}: {mutant}", "" if met else "  (not reached, or without a difference)", flush=True)
             yield mutant, killer
 
 
@@ -91,7 +91,7 @@ def progress(*words):
 
 
 def main():
-    if len(sys.argv) < 2:
+    if len(sys.argv) < 2 or not os.path.isdir(os.path.join(sys.argv[1], "build")):
         sys.exit(__doc__)
     tree = pathlib.Path(sys.argv[1]).resolve()
     build = tree / "build"

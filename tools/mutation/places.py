@@ -86,7 +86,7 @@ class Finder:
     def __init__(self, text):
         self.text = text
         self.found = set()
-        self.compared = set()       # where the constants begin that are changed with their comparison
+        self.fixed = set()          # where the constants begin that are not changed by themselves
         self.conditions = set()     # where the conditions of branches begin
 
     def of(self, cursor):
@@ -145,7 +145,7 @@ class Finder:
             early = ["return true;", "return false;"]
         else:
             early = [] if result.endswith("&") or "auto" in result else ["return {};"]
-            if statements and self.statement(statements[0]) in ("return 0;", "return nullptr;"):
+            if statements and self.statement(statements[0]) in ("return 0;", "return nullptr;", "return std::nullopt;"):
                 early = []
         if statements:
             early = [text for text in early if text != self.statement(statements[0])]
@@ -155,7 +155,7 @@ class Finder:
     def expression(self, cursor, children, guard):
         text = self.of(cursor)
         add = lambda kind, *replacements: self.add(guard, start(cursor), end(cursor), "expression", kind, *replacements)
-        if cursor.kind in LITERALS and NUMBER.fullmatch(text) and start(cursor) not in self.compared:
+        if cursor.kind in LITERALS and NUMBER.fullmatch(text) and start(cursor) not in self.fixed:
             add("constant", Changed(f"mutation::next({text})", after=f"{text} + 1"))
         elif text in ("true", "false") and cursor.kind == Kind.CXX_BOOL_LITERAL_EXPR:
             add("constant", "false" if text == "true" else "true")
@@ -172,7 +172,7 @@ class Finder:
             add("operator", Changed(f"({left}) {other} ({right})", after=f"{left} {other} {right}",
                                     comparable=comparable and other not in ("/", "%")))
         if operator in COMPARISONS and children[-1].kind in LITERALS and NUMBER.fullmatch(right):
-            self.compared.add(start(children[-1]))
+            self.fixed.add(start(children[-1]))
             if operator not in ("<", ">="):     # x < 1 + 1 is x <= 1
                 add("constant", Changed(f"({left}) {operator} mutation::next({right})",
                                         after=f"{left} {operator} {right} + 1", comparable=comparable))
@@ -189,6 +189,7 @@ class Finder:
             add("operator", as_bool(self.of(operand)))
         elif prefix in ("-", "~"):
             add("operator", self.of(operand))
+            self.fixed.add(start(operand))       # most callers only ask whether -1 is negative
         elif prefix in ("++", "--") or postfix in ("++", "--"):
             add("operator", self.of(cursor).replace(prefix or postfix, "--" if (prefix or postfix) == "++" else "++"))
 
