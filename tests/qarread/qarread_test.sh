@@ -179,13 +179,20 @@ fi
 for arguments in '' --bad -x -rx -r '--chunk bytes' '--chunk' '--chunk= 1 bytes' '--stat --catalogue bytes' \
   '--check --stat bytes' '--json bytes' '--json --catalogue bytes' '--files0-from - bytes' '--transcode UTF-8:KOI8-R bytes' \
   '--transcode :UTF-8:txt bytes' '--transcode UTF-8:no-such-page:txt bytes' '--transcode UTF-8:KOI8-R: bytes' \
-  --locale={nonsense,xx_XX.UTF-8,de_XX,de_DE.foo,/}' bytes' '--stdin-name= -' '--json=1 --stat bytes' \
+  --locale={nonsense,xx_XX.UTF-8,de_XX,de_DE.foo,/,.UTF-8,@}' bytes' '--stdin-name= -' '--json=1 --stat bytes' \
   '--lcp-to-utf8 a,,b bytes' '--lcp-to-utf8 tar.gz bytes' '--utf8-to-lcp a/b bytes' '--runtime=1 bytes' \
+  '--stat=1 bytes' '--no-such=1 bytes' '--locale C --chunk 1 --locale C bytes' '--files0-from a --files0-from b' \
   '--lcp-to-utf8 a;b bytes' '--check --transcode UTF-8:CP1252:md:txt bytes' \
   --chunk={0,-1,+1,1x,0x10,4294967295,4294967296,99999999999999999999}' bytes'; do
   expect 2 '' 'qarread: *usage: qarread \[-r\] *' $arguments
 done
-expect 0 'plain      bytes\n' '' --catalogue --chunk 4294967294 bytes
+for option in chunk locale stdin-name files0-from transcode lcp-to-utf8; do
+  expect 2 '' "qarread: --$option needs a value*" bytes --$option
+  expect 2 '' "qarread: --$option needs a value*" --$option '' bytes
+done
+expect 2 '' 'qarread: --json takes no value*' --json=true --stat bytes
+expect 2 '' 'qarread: --chunk may be given only once*' --chunk 1 --chunk 2 bytes
+expect 0 'plain      bytes\n' '' --catalogue --catalogue --chunk 4294967294 bytes
 cp latin1.txt ./--stat
 expect 0 'Gr\xfc\xdfe\n' '' -- --stat
 for name in C POSIX C.KOI8-R de_DE de_DE.UTF-8 de_DE@euro de ja_JP.SJIS zh_Hant zh_TW.BIG5 sr_RS@latin C.utf8; do
