@@ -87,11 +87,19 @@ expect 1 '' 'qarread: broken.txt: cannot be converted (lcp-to-utf8: 1 malformed,
 table "qarread: euro.log: $lost" 1 'transform utf8-to-lcp 14 - transform_failed euro.log' $latin1 --strict --utf8-to-lcp log euro.log
 table '' 0 'transform UTF-8 to CP1252 14 10 ok euro.log' --transcode UTF-8:CP1252:log euro.log
 printf '\xff\xfe' >mark.txt
-expect 1 '' 'qarread: mark.txt: cannot be converted (UTF-16 to UTF-8)' --transcode UTF-16:UTF-8:txt mark.txt
+for arguments in '' --strict --check; do
+  expect 1 '' 'qarread: mark.txt: cannot be converted (UTF-16 to UTF-8: the result is empty)' \
+    $arguments --transcode UTF-16:UTF-8:txt mark.txt
+done
+expect 1 '' 'qarread: mark.txt: cannot be converted (lcp-to-utf8: the result is empty)' \
+  --locale de_DE.UTF-16 --lcp-to-utf8 txt mark.txt
 
 # Losses; and a file that does not come back byte for byte although nothing is lost.
 printf '\xed\x40\n' >twice.txt
-expect 0 'latin1.txt: comes back byte for byte\n' '' --check $latin1 --lcp-to-utf8 txt latin1.txt bytes dangling empty.txt
+expect 0 'latin1.txt: comes back byte for byte\nempty.txt: comes back byte for byte\n' '' \
+  --check $latin1 --lcp-to-utf8 txt latin1.txt bytes dangling empty.txt
+expect 0 '' 'qarread: nothing is converted, so nothing is lost' --check --transcode UTF-8:KOI8-R:text bytes latin1.txt
+expect 1 '' 'qarread: missing: The file "missing" does not exist. (No such file or directory)' --check missing
 expect 1 'euro.log:1:8: U+20AC is not in ISO-8859-1\neuro.log: does not come back byte for byte\n' \
   'qarread: missing: *' --check --strict $latin1 --utf8-to-lcp log euro.log missing
 expect 0 'twice.txt: does not come back byte for byte\n' '' --check --transcode SHIFT_JIS:UTF-8:txt twice.txt
