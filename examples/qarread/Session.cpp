@@ -2,6 +2,7 @@
 
 #include "../Converting.hpp"
 #include "../UsageError.hpp"
+#include "../deliver.hpp"
 #include "../printable.hpp"
 #include "eachName.hpp"
 #include "failure.hpp"
@@ -132,6 +133,8 @@ Source Session::open(const Found& found) {
 void Session::deliver(Source& source, const std::string& path, Record& record) {
   std::uint64_t delivered = 0;
   findings_.reset();
+  if (options_.mode == Mode::check && source.convertsPath())
+    throw ReadFailure("error", "cannot be checked, since its path is converted instead of its content");
   if (!record.transform.empty()) findings_.emplace();  // for an empty file, whose content no transform receives
   const auto loss = source.deliver({buffer_.get(), options_.chunk}, [&](const void* bytes, std::size_t size) {
     presentation_->take(bytes, size);

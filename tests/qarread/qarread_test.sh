@@ -98,6 +98,10 @@ expect 1 '' 'qarread: mark.txt: cannot be converted (lcp-to-utf8: the result is 
 printf '\xed\x40\n' >twice.txt
 expect 0 'latin1.txt: comes back byte for byte\nempty.txt: comes back byte for byte\n' '' \
   --check $latin1 --lcp-to-utf8 txt latin1.txt bytes dangling empty.txt
+cp euro.log path.qvz
+expect 1 '' 'qarread: path.qvz: cannot be checked, since its path is converted instead of its content' \
+  --check --transcode UTF-8:KOI8-R:qvz path.qvz
+expect 0 'path.qvz' '' --transcode UTF-8:KOI8-R:qvz path.qvz
 expect 0 '' 'qarread: nothing is converted, so nothing is lost' --check --transcode UTF-8:KOI8-R:text bytes latin1.txt
 expect 1 '' 'qarread: missing: The file "missing" does not exist. (No such file or directory)' --check missing
 expect 1 'euro.log:1:8: U+20AC is not in ISO-8859-1\neuro.log: does not come back byte for byte\n' \
