@@ -107,6 +107,17 @@ expect 1 '' 'qarread: missing: The file "missing" does not exist. (No such file 
 expect 1 'euro.log:1:8: U+20AC is not in ISO-8859-1\neuro.log: does not come back byte for byte\n' \
   'qarread: missing: *' --check --strict $latin1 --utf8-to-lcp log euro.log missing
 expect 0 'twice.txt: does not come back byte for byte\n' '' --check --transcode SHIFT_JIS:UTF-8:txt twice.txt
+# Characters that share bytes, and two characters from one code.
+printf '+AOBDIwDpAOkOAdg9-z+2AE-\n' >base64.txt
+expect 1 'base64.txt:1:1: U+00E0 is not in KOI8-R\nbase64.txt:1:2: U+4323 is not in KOI8-R
+base64.txt:1:3: U+00E9 is not in KOI8-R\nbase64.txt:1:4: U+00E9 is not in KOI8-R
+base64.txt:1:5: U+0E01 is not in KOI8-R\nbase64.txt:1:6: U+D83D is not in KOI8-R
+base64.txt:1:8: U+D801 is not in KOI8-R\nbase64.txt: does not come back byte for byte\n' '' \
+  --check --transcode UTF-7:KOI8-R:txt base64.txt
+printf 'a\x88\x62\xff' >hong_kong.txt
+expect 1 'hong_kong.txt:1:2: U+00CA is not in ISO-2022-JP\nhong_kong.txt:1:3: U+0304 is not in ISO-2022-JP
+hong_kong.txt:1:4: FF is malformed in BIG5-HKSCS\nhong_kong.txt: does not come back byte for byte\n' '' \
+  --check --transcode BIG5-HKSCS:ISO-2022-JP:txt hong_kong.txt
 with=(env LC_ALL=ja_JP.SJIS)
 expect 1 'broken.txt:1:2: FF is malformed in SJIS\nbroken.txt: does not come back byte for byte\n' '' \
   --check --lcp-to-utf8 txt broken.txt
