@@ -194,6 +194,11 @@ if [ -z "${SANITIZED:-}" ]; then  # sanitizers reserve more than the limit
   (ulimit -v 200000; "$program" $latin1 --lcp-to-utf8 txt large.txt bytes >"$work/out" 2>"$work/err") && wrong 'succeeded'
   cmp bytes "$work/out" || wrong 'content'
   [ "$(<"$work/err")" = 'qarread: large.txt: not enough memory' ] || wrong "$(<"$work/err")"
+  yes 'plain text' | head -c 60000000 >text.txt
+  for limit in {120000..260000..10000}; do  # runs out of memory in reading or in converting, or succeeds
+    (ulimit -v "$limit"; "$program" --check --transcode UTF-8:KOI8-R:txt text.txt >"$work/out" 2>"$work/err") ||
+      [ "$(<"$work/err")" = 'qarread: text.txt: not enough memory' ] || wrong "$limit: $(<"$work/err")"
+  done
   (ulimit -v 200000; "$program" --chunk 999999999 bytes 2>"$work/err") && wrong 'succeeded'
   [ "$(<"$work/err")" = 'qarread: there is not enough memory' ] || wrong "$(<"$work/err")"
 fi
