@@ -39,8 +39,11 @@ std::u16string hangul() {
 
 std::vector<std::u16string> words(std::u16string_view text) {
   std::vector<std::u16string> result;
-  for (std::size_t end = 0; end != text.npos; text.remove_prefix(end + 1))
-    result.emplace_back(text.substr(0, end = text.find(u'|')));
+  for (auto end = text.find(u'|'); end != text.npos; end = text.find(u'|')) {
+    result.emplace_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+  result.emplace_back(text);
   return result;
 }
 

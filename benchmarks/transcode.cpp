@@ -1,4 +1,4 @@
-// transcode local|named FROM TO SCRIPT TIMES: converts the same mebibyte that often, for tools that count
+// transcode local|named FROM TO SCRIPT TIMES: converts the same mebibyte TIMES times, for tools that count
 // instructions. One of the encodings is UTF-8. `local` does it by the transforms of the local code page, which is the
 // other encoding, `named` by QARCodePageTransform.
 

@@ -78,6 +78,9 @@ void check_messages(Input& input) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
-  input.number() % 2 == 0 ? check_catalogue(input) : check_messages(input);
+  if (input.number() % 2 == 0)
+    check_catalogue(input);
+  else
+    check_messages(input);
   return 0;
 }

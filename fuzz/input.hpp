@@ -40,9 +40,9 @@ public:
   std::u16string name(std::size_t most) {
     std::u16string result;
     for (const auto length = std::min<std::size_t>(number(), most); result.size() < length && !empty();) {
-      const auto unit = number();
-      result.push_back(
-          static_cast<char16_t>(unit < 0xF0 ? unit : (unit << 8 | number()) ^ 0x2800));  // surrogates, too
+      auto unit = number();
+      if (unit >= 0xF0) unit = ((unit << 8) | number()) ^ 0x2800;  // U+D800 to U+DFFF, surrogates, and others
+      result.push_back(static_cast<char16_t>(unit));
     }
     return result;
   }

@@ -18,10 +18,12 @@ std::u16string extension(const std::u16string& whole) {
   std::u16string last;
   std::size_t names = 0;
   for (const char16_t unit : path + u"/")
-    if (unit != u'/')
+    if (unit != u'/') {
       last += unit;
-    else if (!last.empty())
-      ++names, last.clear();
+    } else if (!last.empty()) {
+      ++names;
+      last.clear();
+    }
   if (!path.empty() && path.back() == u'/') {
     const bool network = path.size() > 3 && path.compare(0, 2, u"//") == 0 && path[2] != u'/' && names == 1;
     return names == 0 || network ? u"" : u".";

@@ -159,7 +159,7 @@ private:
 };
 
 /// Whether iconv and the library convert this character differently.
-bool has_otherwise(char32_t code, const std::string& page) {
+bool differs_from_iconv(char32_t code, const std::string& page) {
   const auto theirs = iconv_of(page).encode(code);
   auto& ours = kept<Ours>(page);
   return ours.encode(code) != theirs || (theirs && ours.decode(*theirs) != iconv_of(page).decode(*theirs));
@@ -181,7 +181,7 @@ void judge(const std::string& text, const Conversion& conversion, const std::str
     if (text.empty() || !conversion.losses.empty() || others.agree(&Others::by_iconv, text, conversion)) return;
     const auto codes = to_codes(iconv_of("UTF-8").decode(from == "UTF-8" ? text : conversion.text).value_or(u""));
     const auto& page = from == "UTF-8" ? to : from;
-    require(std::any_of(codes.begin(), codes.end(), [&](char32_t code) { return has_otherwise(code, page); }));
+    require(std::any_of(codes.begin(), codes.end(), [&](char32_t code) { return differs_from_iconv(code, page); }));
     return;
   }
   for (const auto& loss : conversion.losses) {
@@ -269,7 +269,10 @@ void check_name(const std::string& name) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
   const auto choices = input.number();
-  if (choices == 255) return check_name(input.text(40)), 0;
+  if (choices == 255) {
+    check_name(input.text(40));
+    return 0;
+  }
   const auto& encoding = encodings()[choices % encodings().size()];
   const auto choice = input.number();
   const bool decodes = choice % 2 == 1;

@@ -142,8 +142,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const std::string parts[] = {
       "a",    "b",    "c", "/", "a", "b", ".t", "qvz", "/", ".", "//:", "\xC3\xA9", std::string(256, 'n'),
       "\xFF", {'\0'}, "\n"};
-  static const std::u16string before[] = {u"", u"//:", u"//"};
-  static const std::u16string behind[] = {u"", u"", u"", u"", u"/", u".", {u"\0.qvz", 5}, u"\xD800"};
+  static const std::u16string prefixes[] = {u"", u"//:", u"//"};
+  static const std::u16string suffixes[] = {u"", u"", u"", u"", u"/", u".", {u"\0.qvz", 5}, u"\xD800"};
   static const auto root = QARPath::fromNative(Tree::root());
   struct Asked {
     std::u16string path;
@@ -163,8 +163,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool leads_out = kind == Kind::link && (name.find('/') != name.npos || content[0] == '/');
     const bool is_made = !leads_out && tree.make(kind, native, content);
     if (is_made && kind == Kind::fifo) check_fifo(native, content);
-    const auto& start = before[choice / 6 % 3];
-    const auto& end = behind[choice / 18 % 8];
+    const auto& start = prefixes[choice / 6 % 3];
+    const auto& end = suffixes[choice / 18 % 8];
     const auto path = QARPath::fromNative(name.c_str());
     asked.push_back({start + root + path + end, choice / 144 == 1});
     if (const auto dot = path.rfind(u'.'); dot != path.npos) registered = path.substr(dot);

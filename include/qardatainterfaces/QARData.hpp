@@ -47,7 +47,7 @@ public:
   std::uint64_t addClassPathEntry(const std::u16string& path);
   /// @}
 
-  /// Sets the record of the entry to this name and flag, with empty user data. Replaces an existing record.
+  /// Sets the record of the entry to this name and demo flag, with empty user data. Replaces an existing record.
   /// Returns the new number of entries.
   std::uint32_t addFileMapEntry(const std::u16string& entryName, const std::u16string& recordName, bool demo);
 

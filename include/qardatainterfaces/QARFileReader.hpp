@@ -33,8 +33,9 @@ class InputFile;
 ///            not throw failures of their own: `lastError()` reports a transform or a stream that failed, and
 ///            `readError()` a file that could not be read. A transforming reader treats a file that it cannot read as
 ///            empty. If the transform allows empty input, only `readError()` reports the failure. Reads throw what
-///            a caller's transform or stream throws, and `std::bad_alloc`. Chunk reads then continue at the same
-///            position. The next read runs the transform again; nothing that was taken from a stream is lost.
+///            a caller's transform or stream throws, `std::bad_alloc`, and, if the path ends with "qvz" and its
+///            status cannot be queried, `std::system_error`. After an exception, chunk reads continue at the same
+///            position, and the next read runs the transform again; nothing that was taken from a stream is lost.
 /// Units      Chunks are at most 2^32 - 2 bytes; content and positions are bytes in 64 bits.
 /// Threads    Distinct readers are independent, even on the same file. One reader may be used by one thread at a
 ///            time, `const` members included.

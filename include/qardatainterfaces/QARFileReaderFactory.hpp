@@ -26,10 +26,9 @@ class QARFileHandler;
 ///            unit. If several registrations have the extension, the earliest one is used.
 /// Ownership  The factory owns the transforms and destroys them in the order of registration when it is destroyed.
 ///            The caller owns the readers; a reader with a transform must be destroyed before the factory.
-/// Errors     Members may throw `std::bad_alloc` and the exceptions that they name. `DeployedException` is in
-///            namespace `Korvane::rtxi18nutil`. The factory is then unchanged.
-///            The exception for a file that does not exist or cannot be opened has a nested `std::system_error` with
-///            the reason.
+/// Errors     Members may throw `std::bad_alloc` and the exceptions that they name; the factory is then unchanged.
+///            `DeployedException` is in namespace `Korvane::rtxi18nutil`. For a file that does not exist or cannot be
+///            opened, it has a nested `std::system_error` with the reason.
 /// Threads    Distinct factories are independent. Any number of threads may call `getReader`, `getRuntimeReader` and
 ///            `willBeTransformed` on one factory; `addFileTypeHandler` requires that no other thread uses it.
 class [[gnu::visibility("default")]] QARFileReaderFactory {
@@ -50,9 +49,8 @@ public:
   /// Throws `DeployedException` with
   /// - `QARDATAINTERFACES_FILE_NOT_EXIST` if there is nothing at the path;
   /// - `QARDATAINTERFACES_FILE_FORMAT_NOT_SUPPORTED` if it is neither a regular file nor a symbolic link;
-  /// - `QARDATAINTERFACES_FILE_OPEN_FAILED` if the file cannot be opened, or was meanwhile replaced by
-  ///   something other
-  ///   than a regular file.
+  /// - `QARDATAINTERFACES_FILE_OPEN_FAILED` if the file cannot be opened, or was meanwhile replaced by something
+  ///   that is not a regular file.
   ///
   /// Throws `boost::filesystem::filesystem_error` if the status of the path cannot be queried. Its code is
   /// `illegal_byte_sequence` if the path cannot be converted to a native name (see `QARPath::toNative`), and its
@@ -61,7 +59,8 @@ public:
 
   /// A reader chosen by the extension alone. Links are followed, and the file is opened without a status query.
   /// Devices, FIFOs, terminals and pipes (by their names in /dev or /proc) can be opened; of sockets, only standard
-  /// input. Throws `QARDATAINTERFACES_FILE_OPEN_FAILED` if the file cannot be opened or is a directory.
+  /// input. Throws `DeployedException` with `QARDATAINTERFACES_FILE_OPEN_FAILED` if there is nothing at the path, if
+  /// it is a directory, if it has no native name, or if it cannot be opened.
   std::unique_ptr<QARFileReader> getRuntimeReader(const std::u16string& path);
 
   /// A reader for `stream`, chosen by the extension of `path`, without access to the file system. The reader does not

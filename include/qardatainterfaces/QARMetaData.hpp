@@ -4,25 +4,26 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// Metadata that accompanies the content of a file: a flag and a text. The library does not interpret them.
+/// Metadata that accompanies the content of a file: the demo flag, and a text named user data. The library does not
+/// interpret them.
 ///
 /// Copies   Copies are independent of each other.
-/// Errors   Members that store or copy the text may throw `std::bad_alloc`; they then change nothing.
+/// Errors   Members that store or copy the user data may throw `std::bad_alloc`; they then change nothing.
 /// Threads  Distinct objects are independent; one object may be read by several threads, or changed by one.
 class [[gnu::visibility("default")]] QARMetaData {
 public:
-  /// The flag is true and the text empty.
+  /// The demo flag is true, and the user data are empty.
   QARMetaData();
-  /// Stores the flag and a copy of the text.
+  /// Stores the demo flag and a copy of the user data.
   QARMetaData(bool demo, const std::string& userData);
   virtual ~QARMetaData();
 
-  /// The flag.
+  /// The demo flag.
   /// @{
   bool isDemo() const;
   void setDemo(bool demo);
   /// @}
-  /// The text: bytes in no particular encoding. The getter returns a copy.
+  /// The user data: bytes in no particular encoding, possibly with zero bytes. The getter returns a copy.
   /// @{
   std::string getUserData() const;
   void setUserData(const std::string& userData);

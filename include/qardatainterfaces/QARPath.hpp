@@ -22,7 +22,8 @@ public:
   ///
   /// Each byte that the process code cannot decode becomes one unit, U+DC80 to U+DCFF. So does each byte that would
   /// be encoded differently on the way back. In a process code that uses bytes below 80 for more than ASCII, such as
-  /// ISO-2022-JP, such bytes become U+DC01 to U+DC7F. `toNative` returns the same bytes.
+  /// ISO-2022-JP, such bytes become U+DC01 to U+DC7F. `toNative` returns the same bytes. For bytes that include a
+  /// zero, which no name does, the result is a path for which `toNative` raises an exception.
   static std::u16string fromNative(std::string_view path);
 
   /// The native name for a UTF-16 path: `toNative(fromNative(name))` is `name`.

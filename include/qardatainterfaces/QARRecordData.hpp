@@ -6,15 +6,15 @@
 
 namespace Korvane::qardatainterfaces {
 
-/// The record of one catalogue entry: a name, and metadata with the entry's flag and user data.
+/// The record of one catalogue entry: a name, and metadata with the entry's demo flag and user data.
 ///
 /// Errors   Members that store or copy a text may throw `std::bad_alloc`; they then change nothing.
 /// Threads  Distinct records are independent; one record may be read by several threads, or changed by one.
 class [[gnu::visibility("default")]] QARRecordData {
 public:
-  /// Empty name and default metadata: the flag is true and the user data empty.
+  /// An empty name and default metadata: the demo flag is true, and the user data are empty.
   QARRecordData();
-  /// Stores copies of the name and the user data, and the flag.
+  /// Stores the demo flag and copies of the name and the user data.
   QARRecordData(const std::u16string& name, bool demo, const std::string& userData);
   /// Copies are independent. A record that was moved from may only be assigned to or destroyed.
   /// @{
@@ -31,7 +31,7 @@ public:
   std::u16string getName() const;
   /// @}
 
-  /// The flag and the user data of the metadata.
+  /// The demo flag and the user data of the metadata. The getters return copies.
   /// @{
   bool isDemo() const;
   void setDemo(bool demo);

@@ -26,7 +26,8 @@ public:
   /// Ends whatever work a derived transform has in progress; true means success. The library never calls it.
   virtual bool cleanup() = 0;
 
-  /// Replaces the content of `out` with the transformed content of `in`; may read and change `meta`.
+  /// Replaces the content of `out` with the transformed content of `in`; may read and change `meta`. Before the call,
+  /// `out` may have the output of an earlier call, and `meta` has what the caller of the reader stored in it.
   ///
   /// `in` is never empty: it is the content of the file or, for a path that ends with "qvz", that path in UTF-8.
   /// Returning true with a non-empty `out` is a success. An empty `out` is one only if

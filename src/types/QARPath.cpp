@@ -39,8 +39,8 @@ std::size_t endOfText(const std::u16string& path, std::size_t from) noexcept {
   return std::min(from, path.size());
 }
 
-// The bytes of a path, even if `QARPath::fromNative` does not convert them back to that path.
-std::string write(const std::u16string& path) {
+// The bytes of a path. `QARPath::fromNative` may convert them to a different path.
+std::string encode(const std::u16string& path) {
   std::string bytes;
   std::size_t at = 0;
   while (at < path.size()) {
@@ -55,9 +55,10 @@ std::string write(const std::u16string& path) {
   return bytes;
 }
 
-bool spells(const std::u16string& path, std::string_view bytes) {
+// Whether the path encodes to these bytes.
+bool encodesTo(const std::u16string& path, std::string_view bytes) {
   try {
-    return write(path) == bytes;
+    return encode(path) == bytes;
   } catch (const ku::i18n::CvtExceptionBase&) {
     return false;
   }
@@ -72,7 +73,7 @@ std::u16string decodePieces(NameDecoder& decoder, std::string_view bytes, std::s
     std::optional<std::u16string> text;
     for (; length <= std::min(longest, bytes.size()); ++length) {
       text = decoder.decode(bytes.substr(0, length));
-      if (text && spells(*text, bytes.substr(0, length))) break;
+      if (text && encodesTo(*text, bytes.substr(0, length))) break;
       text.reset();
     }
     if (!text) {
@@ -89,10 +90,10 @@ std::u16string decodePieces(NameDecoder& decoder, std::string_view bytes, std::s
 // escaped. Hence `QARPath::toNative` inverts this function, and different names have different paths. In process
 // codes that are stateful or compose characters, pieces that encode correctly one by one may encode differently
 // together. Shorter pieces make that less likely, so there is a second attempt with them.
-std::u16string read(NameDecoder& decoder, std::string_view bytes) {
-  if (auto text = decoder.decode(bytes); text && spells(*text, bytes)) return *std::move(text);
+std::u16string decodeName(NameDecoder& decoder, std::string_view bytes) {
+  if (auto text = decoder.decode(bytes); text && encodesTo(*text, bytes)) return *std::move(text);
   for (const std::size_t longest : {std::size_t{4}, std::size_t{1}})
-    if (auto pieces = decodePieces(decoder, bytes, longest); spells(pieces, bytes)) return pieces;
+    if (auto pieces = decodePieces(decoder, bytes, longest); encodesTo(pieces, bytes)) return pieces;
   return decodePieces(decoder, bytes, 0);
 }
 
@@ -100,18 +101,18 @@ std::u16string read(NameDecoder& decoder, std::string_view bytes) {
 
 std::u16string QARPath::fromNative(std::string_view path) {
   NameDecoder decoder;
-  return read(decoder, path);
+  return decodeName(decoder, path);
 }
 
 std::string QARPath::toNative(const std::u16string& path) {
-  auto bytes = write(path);
+  auto bytes = encode(path);
   // ASCII that is encoded unchanged is also decoded unchanged.
   const auto isSame = [](char byte, char16_t unit) { return byte > 0 && unit == static_cast<char16_t>(byte); };
   if (std::equal(bytes.begin(), bytes.end(), path.begin(), path.end(), isSame)) return bytes;
   NameDecoder decoder;
-  const bool isRead =
-      bytes.find('\0') == bytes.npos && (decoder.decode(bytes) == path || read(decoder, bytes) == path);
-  if (!isRead) throw ku::i18n::CvtInvalidCharacter();
+  const bool isReversible =
+      bytes.find('\0') == bytes.npos && (decoder.decode(bytes) == path || decodeName(decoder, bytes) == path);
+  if (!isReversible) throw ku::i18n::CvtInvalidCharacter();
   return bytes;
 }
 

@@ -41,7 +41,7 @@ const std::u16string long_name(100, u'n');
 const auto file_content = pattern(100000);
 constexpr auto conversion_failed = "QARDATAINTERFACES_TRANFORM_FAILED_WITH_INVALID_CHARACTER";
 
-// The texts of the ids, or the names of the ids if there was no memory for the texts.
+// Whether the error has this id, and its text or, if there was no memory for the text, the name of the id.
 bool is_named(const DeployedException& error, const std::string& name) {
   return error.identifier() == name && (error.what() == name || std::strlen(error.what()) > 20);
 }
@@ -67,7 +67,7 @@ class FirstCall : public testing::TestWithParam<const char*> {};
 
 // Runs in a process that has done nothing before, so each child process still has to initialise everything, including
 // ICU.
-TEST_P(FirstCall, ForgetsThatItRanOutOfMemory) {
+TEST_P(FirstCall, SucceedsAfterAFailedAllocation) {
   const std::string encoding = GetParam();
   const auto content = pattern(3000);
   int status = 0;
@@ -210,14 +210,14 @@ protected:
   const CapturedOutput output;
 };
 
-TEST_P(OutOfMemory, LeavesAllAsItWas) {
+TEST_P(OutOfMemory, LeavesEverythingUnchanged) {
   for (const std::size_t period : {0U, 1U, 5U}) fail_each_allocation(period);
   EXPECT_GT(Allocator::so_far().failed, 0U) << "no allocation";
 }
 
 std::string name_of(const testing::TestParamInfo<Operation>& test) { return test_name(test.param.name); }
 
-// What the operations take, which needs more room than there is within the objects.
+// Arguments of the operations. Their texts are too long to be stored without an allocation.
 struct Others {
   Others() {
     context.setVersionInfo(long_text.c_str());
@@ -330,7 +330,7 @@ INSTANTIATE_TEST_SUITE_P(Transforms, OutOfMemory, testing::ValuesIn(of_transform
 
 // Only a failure of a strict stage is a `DeployedException`. First the single pass fails, then each allocation of the
 // two stages.
-TEST(Transforms, TellOfALackOfMemoryOnceAStageIsTolerant) {
+TEST(Transforms, ThrowBadAllocFromATolerantStage) {
   const ContentLocale locale("KOI8-R");
   const QARByteArray in("\xE6\x97\xA5" + long_text);
   int tolerant = 0;

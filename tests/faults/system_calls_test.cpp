@@ -200,12 +200,13 @@ TEST_P(FailingSystemCalls, DoNoHarm) {
                                          {cut_short, EINTR, cut_short},
                                          std::vector{EIO, EIO}})
     for (std::size_t n = 1; fails_without_harm(way, path, n, errors);) ++n;
-  EXPECT_GE(injected, 12U) << "hardly a call";
+  EXPECT_GE(injected, 12U) << "too few faults were injected";
 }
 
 std::vector<Case> cases() {
   std::vector<Case> all;
-  // With the number of ways that are possible: links are not read after the whole, nor devices from the start again.
+  // Each file, and how many of the first ways it supports: a link is not read in mixed ways, devices only by runtime
+  // readers, and /dev/zero has no end.
   const std::pair<const char*, std::size_t> files[] = {{"plain", 5}, {"x.t", 5},       {"x.qvz", 5},
                                                        {"link", 4},  {"/dev/null", 2}, {"/dev/zero", 1}};
   for (const auto& [file, possible] : files)
@@ -218,7 +219,7 @@ INSTANTIATE_TEST_SUITE_P(, FailingSystemCalls, testing::ValuesIn(cases()),
 
 // Some regular files temporarily have nothing to read. The library waits for them, although it opens them with
 // O_NONBLOCK.
-TEST_F(SystemCalls, WaitForWhatARegularFileWillHave) {
+TEST_F(SystemCalls, WaitForDataOfARegularFile) {
   const auto path = directory.file("plain", "content");
   for (std::size_t way = 2; way < 5; ++way)
     for (std::size_t n = 1; n < 8; ++n) {
@@ -243,7 +244,7 @@ TEST_F(SystemCalls, WaitForNoWriterOfAFifoThatTakesThePlaceOfAFile) {
   EXPECT_EQ(read(ways[2], path), "QARDATAINTERFACES_FILE_OPEN_FAILED");
 }
 
-TEST_F(SystemCalls, LeaveTheContentOfAPipeThatBreaks) {
+TEST_F(SystemCalls, LeaveTheContentUnchangedIfAPipeFails) {
   for (const auto& [error, expected] : {std::pair(EINTR, "content"), std::pair(EIO, "")})
     for (std::size_t n = 1; n <= 2; ++n) {
       const Pipe pipe("content");
@@ -274,7 +275,8 @@ TEST_F(SystemCalls, FindFilesThatGrowShrinkAndVanishAtEachRead) {
         while (chunk_size > 0 && reader->more()) all += chunk(*reader, chunk_size);
         before_each_read = nullptr;
         ASSERT_TRUE(content.compare(0, all.size(), all) == 0) << first << ' ' << step << ' ' << chunk_size;
-        shortest = std::min(shortest, all.size()), longest = std::max(longest, all.size());
+        shortest = std::min(shortest, all.size());
+        longest = std::max(longest, all.size());
       }
   EXPECT_TRUE(shortest == 0 && longest == content.size()) << shortest << ' ' << longest;
 }

@@ -108,7 +108,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(, Routes, testing::ValuesIn(table("tests/i18n/routes.txt")), RowTest::name);
 
 // Kernels work on blocks: every fragment must be converted in the same way at every place in a block.
-TEST_P(Routes, ConvertEveryFragmentAlikeWhereverItStands) {
+TEST_P(Routes, ConvertEveryFragmentAlikeAtEveryOffset) {
   std::vector<std::string> fragments;
   for (int byte = 0; byte < 0x100; ++byte) fragments.emplace_back(1, static_cast<char>(byte));
   for (int first = 0x80; first <= 0xFF; ++first)
@@ -131,7 +131,7 @@ TEST_P(Routes, ConvertEveryFragmentAlikeWhereverItStands) {
 }
 
 // Each character between fillings. The tables are filled with all characters first.
-TEST_P(Routes, ConvertEveryCharacterAndTellWhichAreLacking) {
+TEST_P(Routes, ConvertEveryCharacterOrReportIt) {
   codecvt_ustring_to_string to_source(source, false), to_target(target, false);
   codecvt_string_to_ustring from_source(source, false);
   const auto encoded = [](auto& converter, const std::u16string& units) -> std::optional<std::string> {
@@ -151,7 +151,7 @@ TEST_P(Routes, ConvertEveryCharacterAndTellWhichAreLacking) {
     const auto expected = encoded(to_target, from_source.convert(bytes->data(), bytes->size()));
     characters.emplace_back(*bytes, expected.value_or(substitute));
     learnt += *bytes;
-    lacking += !expected;
+    lacking += expected ? 0 : 1;
   }
   by_transcoder(source, target, learnt, learnt.size(), 4 * learnt.size(), false);
   for (const auto& filling : fillings) {
@@ -175,7 +175,7 @@ TEST_P(Routes, ConvertEveryCharacterAndTellWhichAreLacking) {
 }
 
 // ASCII that ends at the end of the room or up to 9 bytes before it, followed by each filling.
-TEST_P(Routes, KeepWithinTheRoom) {
+TEST_P(Routes, StayWithinTheRoom) {
   for (const auto& filling : fillings)
     for (std::size_t room = Transcoder::least_room; room < Transcoder::least_room + 20; ++room)
       for (std::size_t ascii = room - 9; ascii <= room; ++ascii) {
@@ -229,7 +229,7 @@ TEST_P(Pieces, DoNotMatter) {
 }
 
 // Every character of the page reaches the end of rooms of several sizes.
-TEST_P(Pieces, KeepWithinTheRoom) {
+TEST_P(Pieces, StayWithinTheRoom) {
   const auto& page = GetParam();
   std::u16string units;
   for (char32_t code = 1; code < 0x10000; code += code < 0x3100 || code > 0xD7FF ? 1 : 61)

@@ -29,7 +29,7 @@ std::string parts(const ZrLocale& locale) {
 
 class Environments : public RowTest {};
 
-TEST_P(Environments, DecideOnTheFirstLocale) {
+TEST_P(Environments, SetTheFirstLocale) {
   std::map<std::string, std::string> variables;
   std::istringstream words(row.at(0));
   for (std::string word; words >> word;) variables[word.substr(0, word.find('='))] = word.substr(word.find('=') + 1);
@@ -69,7 +69,7 @@ TEST(ZrLocale, TakesTheEncodingOfTheInstalledLocaleWhereItsNameHasNone) {
   });
 }
 
-TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {
+TEST(ProcessCode, ConvertsPathsStrictlyAndDiffersFromThatOfContent) {
   in_environment({{"LC_ALL", "de_DE.UTF-8"}}, [] {
     ZrLocale::global(ZrLocale("C.ISO-8859-1"));
     const std::u16string path = u"/\u00FC\u65E5\U0001F600\uFEFF\u200B.txt";
@@ -95,7 +95,7 @@ TEST(ProcessCode, GoesStrictlyThereAndBackAndIsNotThatOfContent) {
     in_environment({{"LANG", locale}}, [] { EXPECT_EQ(Traits::to_external(u"\u00FC"), "\xC3\xBC"); });
 }
 
-TEST(Status, TellsKindAndLengthLinksFollowed) {
+TEST(Status, ReturnsKindAndLengthAndFollowsLinks) {
   using namespace filesystem;
   const TemporaryDirectory directory;
   directory.file("file", "");

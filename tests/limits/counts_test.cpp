@@ -84,9 +84,12 @@ TEST(Allocations, AReaderKeepsWhatItDeliversAndNothingElse) {
           const auto link = directory.link("pipe" + extension, pipe.native());
           std::unique_ptr<QARFileReader> reader;
           const auto spent = of([&] {
-            reader = source == "file"   ? factory.getReader(path)
-                     : source == "pipe" ? factory.getRuntimeReader(link)
-                                        : factory.getReader(path, stream);
+            if (source == "file")
+              reader = factory.getReader(path);
+            else if (source == "pipe")
+              reader = factory.getRuntimeReader(link);
+            else
+              reader = factory.getReader(path, stream);
             QARMetaData meta;
             if (whole) reader->readAll(meta);
             while (!whole && reader->read(buffer.data(), MiB) == MiB && reader->more()) continue;
@@ -130,7 +133,7 @@ std::vector<long> calls_by_purpose(const std::function<void()>& task) {
   return calls;
 }
 
-TEST(SystemCalls, ASmallFileIsReadWithThoseThatItNeeds) {
+TEST(SystemCalls, ReadASmallFileWithTheFewestCalls) {
   const TemporaryFile file(std::string(4 * KiB, 'x'));
   QARFileReaderFactory factory;
   EXPECT_THAT(calls_by_purpose([&] { factory.getReader(file.path())->readAll(); }),
@@ -139,7 +142,7 @@ TEST(SystemCalls, ASmallFileIsReadWithThoseThatItNeeds) {
               ElementsAre(SYS_openat, SYS_statx, SYS_pread64, SYS_close));
 }
 
-TEST(SystemCalls, ChunksAreReadBy64KibibytesAtLeast) {
+TEST(SystemCalls, ReadAtLeast64KibibytesAtATime) {
   const TemporaryFile file(std::string(MiB + 5, 'x'));
   QARFileReaderFactory factory;
   std::vector<char> buffer(4 * MiB);

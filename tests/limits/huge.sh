@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # huge.sh QARREAD HUGE: tests texts of more than 2 GiB. Needs 7 GiB of memory and 7 GiB of disk, too much for every run.
-set -eu  # not pipefail: what is endless is broken off
+set -eu  # not pipefail: `head` ends endless commands by SIGPIPE
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 page=de_DE.ISO-8859-1 length=$(((1 << 31) + 12345))

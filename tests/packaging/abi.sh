@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # abi.sh [--update] BUILD: compares the binary interface of the libraries in the folder BUILD with the baselines beside
-# this script, or writes these and the lists of exported names anew. Symbols that were added are left to the lists.
+# this script. --update writes the baselines and the lists of exported names instead. Added symbols are no failure here;
+# the lists show them.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 root=$here/../..
@@ -16,7 +17,7 @@ failures=0
 for library in "$1"/{src/libzrqardatainterfaces,platform/i18n/libkui18n,platform/resources/libzrqar_res}.so; do
   name=$(basename "$library" .so)
   name=${name#lib}
-  # Without debug information there would be nothing to compare, and nothing to complain about.
+  # Without debug information there would be nothing to compare, and no difference.
   readelf --wide --sections "$library" | grep --quiet '\.debug_info' || { echo "$library: no debug information"; exit 1; }
   if [ -n "$update" ]; then
     "$here/exports.sh" --update "$library" "$here/$name.exports"

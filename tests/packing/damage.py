@@ -6,7 +6,7 @@ import sys
 
 unpack, archive, tree = sys.argv[1:]
 data = open(archive, "rb").read()
-used = len(data.rstrip(b"\0"))  # of a plain tar: the rest is its end mark
+used = len(data.rstrip(b"\0"))  # without the end mark of a plain tar
 step = max(1, used // 60)
 
 

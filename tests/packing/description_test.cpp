@@ -11,7 +11,7 @@ using Korvane::qardatainterfaces::QARByteArray;
 using Korvane::qardatainterfaces::QARPath;
 
 // Every byte, alone and next to others, text or not.
-TEST(Description, ComesBackAsItWas) {
+TEST(Description, IsReadAsItWasWritten) {
   Description before;
   before.context.setVersionInfo("1.2 \xFF\n\"");
   std::string all;
@@ -54,7 +54,7 @@ TEST(Description, HoldsNoKeys) {
   EXPECT_EQ(description.toJson(), without);
 }
 
-TEST(EntryNames, LinksThatMayLeadOut) {
+TEST(EntryNames, FindLinksThatMayLeadOut) {
   const std::tuple<const char*, const char*, bool> cases[] = {
       {"l", "a", false},     {"l", "./a//b/.", false},    {"l", "", false},
       {"l", "...", false},   {"l", "..", true},           {"l", "/", true},

@@ -44,7 +44,9 @@ namespace {
 
 struct Case {
   const char* name;
-  std::function<int(const fs::path& path)> happens;  // while "a", of 5 bytes, or "b", of a million, is read
+  std::string file;                                   // "a", of 5 bytes, or "b", of a million
+  std::function<void(const fs::path& path)> happens;  // before each read of the file
+  int read_error;
   const char* error;
 };
 void PrintTo(const Case& c, std::ostream* os) { *os << c.name; }
@@ -60,7 +62,11 @@ TEST_P(PackingFault, NamesTheFileAndLeavesNothing) {
   fs::create_directory(directory.native("out"));
   directory.file("tree/a", "small");
   directory.file("tree/b", std::string(1'000'000, 'b'));
-  before_read = GetParam().happens;
+  before_read = [](const fs::path& path) {
+    if (path.filename() != GetParam().file) return 0;
+    if (GetParam().happens) GetParam().happens(path);
+    return GetParam().read_error;
+  };
   Korvane::qardatainterfaces::QARFileReaderFactory factory;
   Description description;
   std::string error = "none";
@@ -75,27 +81,21 @@ TEST_P(PackingFault, NamesTheFileAndLeavesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     , PackingFault,
-    testing::Values(
-        Case{"nothing", nullptr, "none"},
-        Case{"grows",
-             [](auto& path) { return path.filename() == "b" ? std::ofstream(path, std::ios::app) << '.', 0 : 0; },
-             "b: has grown while it was packed"},
-        Case{"shrinks", [](auto& path) { return path.filename() == "b" ? fs::resize_file(path, 600'000), 0 : 0; },
-             "b: has shrunk while it was packed"},
-        Case{"cut_to_nothing", [](auto& path) { return path.filename() == "a" ? fs::resize_file(path, 0), 0 : 0; },
-             "a: has shrunk while it was packed"},
-        Case{"vanishes",
-             [](auto& path) { return path.filename() == "a" ? fs::remove(path.parent_path() / "b"), 0 : 0; },
-             "b: No such file or directory"},
-        Case{"becomes_a_directory",
-             [](auto& path) {
-               if (path.filename() == "a" && fs::remove(path.parent_path() / "b"))
-                 fs::create_directory(path.parent_path() / "b");
-               return 0;
-             },
-             "b\" is neither"},
-        Case{"fails", [](auto& path) { return path.filename() == "b" ? EIO : 0; },
-             "b: cannot be read (Input/output error)"}),
+    testing::Values(Case{"nothing", "", nullptr, 0, "none"},
+                    Case{"grows", "b", [](auto& path) { std::ofstream(path, std::ios::app) << '.'; }, 0,
+                         "b: has grown while it was packed"},
+                    Case{"shrinks", "b", [](auto& path) { fs::resize_file(path, 600'000); }, 0,
+                         "b: has shrunk while it was packed"},
+                    Case{"cut_to_nothing", "a", [](auto& path) { fs::resize_file(path, 0); }, 0,
+                         "a: has shrunk while it was packed"},
+                    Case{"vanishes", "a", [](auto& path) { fs::remove(path.parent_path() / "b"); }, 0,
+                         "b: No such file or directory"},
+                    Case{"becomes_a_directory", "a",
+                         [](auto& path) {
+                           if (fs::remove(path.parent_path() / "b")) fs::create_directory(path.parent_path() / "b");
+                         },
+                         0, "b\" is neither"},
+                    Case{"fails", "b", nullptr, EIO, "b: cannot be read (Input/output error)"}),
     [](const auto& i) { return std::string(i.param.name); });
 
 }  // namespace

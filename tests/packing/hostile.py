@@ -87,7 +87,7 @@ hostile = {
     "description_link.tar": ("is not a file", archive(link(".qar-description.json", "a"))),
 }
 
-# What becomes large: the same in gzip and in zstd, and a hole of 1 TiB in a few blocks.
+# Decompression bombs: the same content in gzip and in zstd, and a hole of 1 TiB in a few blocks.
 zeros = archive(entry("zeros", content=bytes(100_000_000)))
 hostile["bomb.tar.gz"] = ("decompression bomb", gzip.compress(zeros, 1))
 hostile["bomb.tar.zst"] = (

@@ -9,7 +9,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/here" && cd "$work/here" || exit 1
 unset LC_CTYPE LANG LANGUAGE SOURCE_DATE_EPOCH
-export LC_ALL=C.UTF-8  # or bsdtar would complain of names
+export LC_ALL=C.UTF-8  # otherwise bsdtar warns about names that it cannot convert
 umask 022
 failures=0
 
@@ -272,7 +272,7 @@ case_interrupted() {
   [ -z "$(ls -A)" ] || wrong "unpack left $(ls -A)"
 }
 
-# Far more content than memory.
+# Far more content than the memory that may be used.
 case_memory() {
   mkdir tree && truncate -s 2G tree/large
   python3 - "$programs" <<'END' || wrong 'memory'

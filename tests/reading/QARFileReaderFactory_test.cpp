@@ -101,7 +101,7 @@ std::string outcome(std::u16string path, bool runtime) try {
 
 class Paths : public RowTest {};
 
-TEST_P(Paths, AreAnsweredFor) {
+TEST_P(Paths, AreOpenedOrRefused) {
   const TemporaryDirectory directory;
   directory.file("file", "content");
   directory.file("secret", "");
@@ -121,7 +121,7 @@ TEST_P(Paths, AreAnsweredFor) {
 
 INSTANTIATE_TEST_SUITE_P(, Paths, testing::ValuesIn(table("tests/reading/paths.txt")), RowTest::name);
 
-TEST(QARFileReaderFactory, OpensNoOtherFileThanTheOneThatIsNamed) {
+TEST(QARFileReaderFactory, OpensOnlyTheNamedFile) {
   in_environment({{"LC_ALL", "en_US.ISO-8859-1"}}, [] {
     const TemporaryDirectory directory;
     EXPECT_EQ(outcome(directory.file("\xE9", "e"), false), "e");

@@ -113,7 +113,8 @@ protected:
         {"boasts", [&](auto&) { manners.boasts = true; }}};
     std::istringstream in(row.at(3));
     for (std::string word; in >> word;) {
-      const auto value = std::min(word.find('='), word.size() - 1) + 1;
+      const auto equals = word.find('=');
+      const auto value = equals == word.npos ? word.size() : equals + 1;
       look_up(row, "manner", words, word.substr(0, value))(word.substr(value));
     }
     stream.emplace(row.at(2), manners);
@@ -210,11 +211,11 @@ TEST(FileReaders, CanBeAProgramsOwnAndReadWhatIsLarge) {
   EXPECT_EQ(reader.lastError(), 0);
 }
 
-#ifndef __SANITIZE_THREAD__  // which shadows each of the 4 GiB
-TEST(FileReaders, CountBeyond32BitsAndNeverAsFarAsTheFailureValue) {
+#ifndef __SANITIZE_THREAD__  // which needs shadow memory for all of the 4 GiB
+TEST(FileReaders, ReadBeyond4GiBInChunksBelowTheFailureValue) {
   constexpr std::size_t size = std::size_t{1} << 32, piece = 1 << 26;
   const int file = ::memfd_create("sparse", 0), room = ::memfd_create("room", 0);
-  ASSERT_EQ(::ftruncate(file, size) + ::ftruncate(room, piece), 0);
+  ASSERT_TRUE(::ftruncate(file, size) == 0 && ::ftruncate(room, piece) == 0);
   ASSERT_EQ(::pwrite(file, "end", 3, size), 3);
   // The same memory is mapped repeatedly in the whole buffer.
   auto* const buffer = static_cast<char*>(::mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
@@ -230,9 +231,9 @@ TEST(FileReaders, CountBeyond32BitsAndNeverAsFarAsTheFailureValue) {
 }
 #endif
 
-TEST(FileReaders, HoldTheirFilesOpenForThemselvesOnly) {
+TEST(FileReaders, CloseTheirFilesAndDoNotPassThemToPrograms) {
   const TemporaryDirectory directory;
-  const int next = ::dup(0);  // what opening will give once more
+  const int next = ::dup(0);  // the descriptor that the next opening will get
   ::close(next);
   auto reader = QARFileReaderFactory().getReader(directory.file("file", ""));
   EXPECT_EQ(::fcntl(next, F_GETFD), FD_CLOEXEC);

@@ -84,12 +84,15 @@ public:
         runtime_(look_up(tested.row, "way to ask", at_run_time, tested.by)),
         way_(way),
         watchdog_(60, tested.row.place() + ", " + way) {
-    look_up(tested.row, "source", sources_, tested.source)();
+    const auto& source = look_up(tested.row, "source", sources_, tested.source);
+    once_open_ = source.once_open;
+    in_between_ = source.in_between;
+    source.make();
   }
   ~Trial() {
     if (other_.joinable()) other_.join();
     if (child_ > 0) ::waitpid(child_, nullptr, 0);
-    if (standard_input_ >= 0) ::dup2(standard_input_, STDIN_FILENO), ::close(standard_input_);
+    if (standard_input_ >= 0) ::dup2(standard_input_, STDIN_FILENO);
     for (const int handle : handles_) ::close(handle);
   }
   Trial(const Trial&) = delete;
@@ -108,15 +111,18 @@ private:
     if (kind_.transform != Kind::none)
       factory.addFileTypeHandler({u".x"},
                                  new ScriptedTransform(ScriptedTransform::copy, kind_.transform == Kind::allowing));
-    const auto reader = kind_.input == Kind::stream ? factory.getReader(path, *stream_)
-                        : runtime_                  ? factory.getRuntimeReader(path)
-                                                    : factory.getReader(path);
+    const auto reader = open(factory, path);
     if (once_open_) once_open_();
     read(*reader);
     result_ += statuses(*reader) + reason(reader->readError());
     if (result_.compare(0, 2, ", ") == 0) result_.erase(0, 2);
   } catch (const rtxi18nutil::DeployedException& error) {
     result_ = error.identifier().substr(std::strlen("QARDATAINTERFACES_FILE_")) + reason(error);
+  }
+
+  std::unique_ptr<QARFileReader> open(QARFileReaderFactory& factory, const std::u16string& path) {
+    if (kind_.input == Kind::stream) return factory.getReader(path, *stream_);
+    return runtime_ ? factory.getRuntimeReader(path) : factory.getReader(path);
   }
 
   void read(QARFileReader& reader) {
@@ -146,7 +152,17 @@ private:
   void fill(const std::string& text) const { directory_.file(name_, text); }
   void redirect(const std::string& to) const { directory_.link(name_, to); }
   void remove() const { fs::remove(directory_.native(name_)); }
-  void on_stream(const std::string& text, int idle) { stream_.emplace(text, HostileStream::Manners{~0UL, idle}); }
+  // A file takes the place of the link.
+  void replace() const {
+    remove();
+    fill(content);
+  }
+  // A file, link or stream of this content, whichever the reader reads.
+  void make(const std::string& text, int idle = 0) {
+    if (kind_.input == Kind::file) fill(text);
+    if (kind_.input == Kind::link) redirect(text);
+    if (kind_.input == Kind::stream) stream_.emplace(text, HostileStream::Manners{~0UL, idle});
+  }
   static void send(int to, const std::string& text) {
     EXPECT_EQ(::write(to, text.data(), text.size()), static_cast<ssize_t>(text.size()));
   }
@@ -189,6 +205,7 @@ private:
     int ends[2];
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
     standard_input_ = ::dup(STDIN_FILENO);
+    handles_.push_back(standard_input_);
     ::dup2(ends[0], STDIN_FILENO);
     ::close(ends[0]);
     redirect("/dev/stdin");
@@ -222,6 +239,10 @@ private:
     redirect("/proc/thread-self/comm");
   }
 
+  struct Source {
+    std::function<void()> make, once_open = nullptr, in_between = nullptr;
+  };
+
   const Kind& kind_;
   const bool runtime_;
   const std::string& way_;
@@ -237,33 +258,31 @@ private:
   int standard_input_ = -1;
   bool is_available_ = true;
 
-  const std::map<std::string, std::function<void()>> sources_ = {
-      {"regular", [&] { kind_.input == Kind::link ? redirect(content) : fill(content), on_stream(content, 0); }},
-      {"leased", [&] { lease(); }},
-      {"vanished",
-       [&] { kind_.input == Kind::link ? redirect(content) : fill(content), once_open_ = [&] { remove(); }; }},
-      {"returned",
-       [&] { redirect(content), once_open_ = [&] { remove(); }, in_between_ = [&] { redirect(content); }; }},
-      {"replaced", [&] { redirect("gone"), once_open_ = [&] { remove(), fill(content); }; }},
-      {"grown", [&] { fill("con"), once_open_ = [&] { fill(content); }; }},
-      {"shrunk", [&] { fill(content), once_open_ = [&] { fs::resize_file(directory_.native(name_), 3); }; }},
-      {"rewritten", [&] { fill(content), in_between_ = [&] { fill("CONTENT"); }; }},
-      {"empty", [&] { fill(""), on_stream("", 0); }},
-      {"filled", [&] { on_stream("", 0), in_between_ = [&] { stream_->append(content); }; }},
-      {"stalling", [&] { on_stream(content, 1000); }},
-      {"fifo", [&] { make_fifo(); }},
-      {"pipe", [&] { redirect(pipe_.emplace(content).native()); }},
-      {"socket", [&] { make_socket(false); }},
-      {"waiting", [&] { make_socket(true); }},
-      {"terminal", [&] { make_terminal(); }},
-      {"sizeless", [&] { make_sizeless(); }},
-      {"unreadable", [&] { redirect("/proc/self/mem"); }},  // of which nothing is mapped at 0
-      {"missing", [] {}}};
+  const std::map<std::string, Source> sources_ = {
+      {"regular", {[&] { make(content); }}},
+      {"leased", {[&] { lease(); }}},
+      {"vanished", {[&] { make(content); }, [&] { remove(); }}},
+      {"returned", {[&] { make(content); }, [&] { remove(); }, [&] { make(content); }}},
+      {"replaced", {[&] { make("gone"); }, [&] { replace(); }}},
+      {"grown", {[&] { make("con"); }, [&] { make(content); }}},
+      {"shrunk", {[&] { make(content); }, [&] { fs::resize_file(directory_.native(name_), 3); }}},
+      {"rewritten", {[&] { make(content); }, nullptr, [&] { make("CONTENT"); }}},
+      {"empty", {[&] { make(""); }}},
+      {"filled", {[&] { make(""); }, nullptr, [&] { stream_->append(content); }}},
+      {"stalling", {[&] { make(content, 1000); }}},
+      {"fifo", {[&] { make_fifo(); }}},
+      {"pipe", {[&] { redirect(pipe_.emplace(content).native()); }}},
+      {"socket", {[&] { make_socket(false); }}},
+      {"waiting", {[&] { make_socket(true); }}},
+      {"terminal", {[&] { make_terminal(); }}},
+      {"sizeless", {[&] { make_sizeless(); }}},
+      {"unreadable", {[&] { redirect("/proc/self/mem"); }}},  // of which nothing is mapped at 0
+      {"missing", {[] {}}}};
 };
 
 class Sources : public testing::TestWithParam<Case> {};
 
-TEST_P(Sources, AreReadOrSayWhyNot) {
+TEST_P(Sources, AreReadOrFailAsListed) {
   for (std::size_t way = 0; way < ways.size(); ++way) {
     const auto trace = GetParam().row.trace();
     SCOPED_TRACE(ways[way]);
@@ -271,7 +290,7 @@ TEST_P(Sources, AreReadOrSayWhyNot) {
     if (const auto result = trial.run())
       EXPECT_EQ(*result, GetParam().expected(way));
     else
-      GTEST_SKIP() << "not to be had here";
+      GTEST_SKIP() << "not available on this machine";
   }
 }
 

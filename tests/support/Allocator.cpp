@@ -36,7 +36,7 @@ void* counted(void* block, std::size_t before = 0) noexcept {
   if (now > before) {
     ++counts.calls;
     counts.bytes += now - before;
-    counts.live += before == 0;
+    if (before == 0) ++counts.live;
   }
   return block;
 }

@@ -5,19 +5,19 @@
 /// An allocator for tests, which counts and fails for each thread separately. It replaces `operator new` and the C
 /// library's functions, which ICU uses. Link support/Allocator.cpp; not under sanitizers, which have their own.
 struct Allocator {
-  /// Makes the n-th allocation of this thread from now on fail, and every `period`-th after it; only that one if
-  /// `period` is 0. n counts from 1.
+  /// Makes the n-th allocation of this thread fail, counted from 1, and every `period`-th one after it. If `period`
+  /// is 0, only the n-th one fails.
   static void fail_at(std::size_t n, std::size_t period) noexcept;
-  /// Ends the failing, and returns whether any allocation has failed.
+  /// Lets allocations succeed again, and returns whether any has failed.
   static bool stop_failing() noexcept;
 
   /// The allocations of this thread.
   struct Counts {
-    std::size_t calls;   ///< that gave memory, or more of it
-    std::size_t bytes;   ///< that they gave
+    std::size_t calls;   ///< calls that allocated a block or enlarged one
+    std::size_t bytes;   ///< bytes that these calls added
     std::size_t failed;  ///< calls that were made to fail
-    long live;           ///< blocks that have not been given back
-    long live_bytes;     ///< of these blocks
+    long live;           ///< blocks that have not been freed
+    long live_bytes;     ///< bytes of these blocks
   };
   static Counts so_far() noexcept;
 };

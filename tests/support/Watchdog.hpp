@@ -14,6 +14,7 @@ public:
   Watchdog(unsigned seconds, const std::string& what) {
     std::snprintf(message.data(), message.size(), "\nblocked for %u seconds: %s\n", seconds, what.c_str());
     std::signal(SIGALRM, [](int) {
+      // `!`, since a cast alone does not silence the warning about an unused result.
       static_cast<void>(!::write(STDERR_FILENO, message.data(), std::strlen(message.data())));
       ::_exit(1);
     });

@@ -16,7 +16,7 @@ inline std::string text(const QARByteArray& array) {
   return {reinterpret_cast<const char*>(array.begin()), array.size()};
 }
 
-/// Text with different bytes at each position.
+/// Text without repetitions, so that misplaced bytes are detected.
 inline std::string pattern(std::size_t size) {
   std::string result(size, '\0');
   for (std::size_t i = 0; i < size; ++i) result[i] = static_cast<char>(i % 251 + i / 65536);
@@ -52,7 +52,7 @@ inline std::string reason(const std::error_code& error) {
   return error.category() == std::system_category() ? std::string(", ") + ::strerrorname_np(error.value())
                                                     : ", not of the system";
 }
-/// That of the error that the exception is nested around.
+/// The same for the error that is nested in the exception.
 inline std::string reason(const std::exception& exception) try {
   std::rethrow_if_nested(exception);
   return "";

@@ -24,6 +24,10 @@ void in_environment(const std::map<std::string, std::string>& variables, Task ta
   clear();
   for (const auto& [name, value] : variables) ::setenv(name.c_str(), value.c_str(), 1);
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT((task(), end_with_failures()), testing::ExitedWithCode(0), "");
+  const auto child = [&task] {
+    task();
+    end_with_failures();
+  };
+  EXPECT_EXIT(child(), testing::ExitedWithCode(0), "");
   clear();
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The value of so many hexadecimal digits at the start of the text; nothing if there are fewer.
+/// The value of the first `digits` characters, which must be hexadecimal digits; none if they are not.
 std::optional<unsigned> hexadecimal(std::string_view text, std::size_t digits) {
   unsigned value = 0;
   const auto* const end = text.data() + std::min(text.size(), digits);
@@ -76,9 +76,9 @@ std::size_t Row::number(std::size_t index) const {
   return value;
 }
 
-std::string Row::last(std::size_t before) const {
-  if (before >= size()) fail("too few fields");
-  return at(size() - 1 - before);
+std::string Row::last(std::size_t after) const {
+  if (after >= size()) fail("too few fields");
+  return at(size() - 1 - after);
 }
 
 std::vector<Row> table(const std::string& file) {

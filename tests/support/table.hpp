@@ -14,21 +14,21 @@ struct TableError : std::logic_error {
 
 /// A line of a table, whose fields are separated by two blanks or more.
 ///
-/// `''` is an empty field, `x*300` is a character that often, `@20..50` these bytes of `pattern()`; in any other
-/// field `\xHH` is a byte, and in UTF-16 `\uHHHH` is a unit. A field is checked when it is asked for, so that a
-/// faulty one fails the test of its row alone.
+/// `''` is an empty field, `x*300` is 300 times this character, and `@20..50` is this range of bytes of `pattern()`.
+/// In any other field `\xHH` is a byte, and in UTF-16 `\uHHHH` is a unit. A field is checked when it is used, so an
+/// invalid one fails only the test of its row.
 class Row {
 public:
   Row(std::string file, int line, std::string text);
 
-  /// The field, counted from 0, with what it stands for. Raises `TableError` if there is none.
+  /// The bytes that a field stands for; fields are counted from 0. Raises `TableError` if there is no such field.
   std::string at(std::size_t index) const;
   /// The field, which is UTF-8, as UTF-16.
   std::u16string units(std::size_t index) const;
   /// The field as a number.
   std::size_t number(std::size_t index) const;
-  /// The last field, or the one so many before it.
-  std::string last(std::size_t before = 0) const;
+  /// The field that has this many fields after it.
+  std::string last(std::size_t after = 0) const;
   std::size_t size() const { return fields_.size(); }
 
   /// `tests/reading/sources.txt:17`, from the root of the project.

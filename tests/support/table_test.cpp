@@ -1,4 +1,4 @@
-// What the tables of the tests say when they are wrong.
+// The notations of tables, and the messages about invalid tables.
 
 #include "table.hpp"
 
@@ -14,7 +14,7 @@ std::string complaint(const std::string& text, Ask ask) try {
   return error.what();
 }
 
-TEST(Tables, HaveFieldsThatStandForMoreThanTheySay) {
+TEST(Tables, ExpandTheNotationsOfFields) {
   const Row row("tests/x.txt", 1, "two words  ''   ab*3  a*3  @1..3  \\x41\\x00z  ");
   const std::vector<std::string> fields = {"two words", "", "ab*3", "aaa", "\1\2", std::string("A\0z", 3)};
   for (std::size_t i = 0; i < fields.size(); ++i) EXPECT_EQ(row.at(i), fields[i]);
@@ -24,7 +24,7 @@ TEST(Tables, HaveFieldsThatStandForMoreThanTheySay) {
   EXPECT_EQ(test_name(" plain: an_empty FILE, 'ä'. "), "plain_an_empty_FILE");
 }
 
-TEST(Tables, TellThePlaceTheWordAndWhatIsKnown) {
+TEST(Tables, ReportThePlaceTheWordAndTheKnownWords) {
   const std::map<std::string, int> steps = {{"open", 1}, {"all", 2}};
   const auto ask = [&](const Row& row) { return look_up(row, "step", steps, row.at(0)); };
   EXPECT_EQ(complaint("opne  f", ask), "tests/x.txt:17: unknown step 'opne'; known: all, open");

@@ -63,7 +63,7 @@ TEST(QARCodePageTransform, SubstitutesAsTheLocalTransformsDo) {
   }
 }
 
-TEST(QARCodePageTransform, RefusesEncodingsThatNobodyKnows) {
+TEST(QARCodePageTransform, RefusesUnknownEncodings) {
   using ku::i18n::CvtExceptionBase;
   EXPECT_THROW(Reporting("no-such-page", "UTF-8"), CvtExceptionBase);
   EXPECT_THROW(Reporting("UTF-8", "no-such-page"), CvtExceptionBase);

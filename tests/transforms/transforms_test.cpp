@@ -31,7 +31,7 @@ void PrintTo(const Named& named, std::ostream* stream) { *stream << named.first;
 
 class Conversions : public RowTest {};
 
-TEST_P(Conversions, GiveTheOutcomeAndTheNotices) {
+TEST_P(Conversions, HaveTheListedResultAndNotices) {
   const auto transform = look_up(row, "transform", directions, row.at(0)).make();
   const ContentLocale locale(row.at(1));
   const auto expected = row.at(3);
@@ -74,7 +74,7 @@ std::string all_characters(const std::string& page) {
   std::string all;
   for (unsigned i = 0; i < 0x10100; ++i) {
     const char bytes[] = {static_cast<char>(i >> 8), static_cast<char>(i)};
-    const std::string sequence(bytes + (i >= 0x10000), bytes + 2);
+    const std::string sequence(i < 0x10000 ? bytes : bytes + 1, bytes + 2);
     if (decoder.convert(sequence.data(), sequence.size()).find(u'\xFFFD') == std::u16string::npos) all += sequence;
   }
   return all;
@@ -101,7 +101,7 @@ TEST_P(Transforms, AgreeWithTheTwoConvertersOneAfterTheOtherInEveryCodePage) {
 }
 
 // A line that cannot be written is an error like any other.
-TEST_P(Transforms, LeaveTheOutputAloneIfTheLineCannotBeWritten) {
+TEST_P(Transforms, LeaveTheOutputUnchangedIfTheLineCannotBeWritten) {
   struct Full final : std::streambuf {
   } full;
   const ContentLocale locale("US-ASCII");
@@ -122,7 +122,7 @@ TEST_P(Transforms, HaveTheDefaultPolicies) {
   EXPECT_TRUE(transform->cleanup() && !transform->isSetup());
 }
 
-TEST(QARTransform, TellsWhatItWasGivenAndFiltersByCopying) {
+TEST(QARTransform, ReturnsItsArgumentsAndFiltersByCopying) {
   char id[] = "name";
   ScriptedTransform named(ScriptedTransform::copy, false, true, id);
   id[0] = 'g';

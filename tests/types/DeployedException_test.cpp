@@ -24,7 +24,7 @@ struct AnyMessage final : tavik_core::BaseMsgID {
 const std::map<std::string, std::string> spanish = {
     {"LC_ALL", "es_ES.UTF-8"}, {"LANG", "fr_FR.UTF-8"}, {"LC_MESSAGES", "fr_FR.UTF-8"}};
 
-TEST(DeployedException, SpeaksTheLanguageOfTheEnvironmentAndAlwaysComesOut) {
+TEST(DeployedException, HasATextInTheLanguageOfTheEnvironmentForAnyPath) {
   in_environment(spanish, [] {
     DeployedException assigned((QARDATAINTERFACES_FILE_NOT_EXIST("x")));
     EXPECT_STREQ(assigned.what(), "El archivo «x» no existe.");

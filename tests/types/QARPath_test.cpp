@@ -28,7 +28,7 @@ TEST_P(Names, HaveThePathsThatPythonGivesThem) {
 INSTANTIATE_TEST_SUITE_P(, Names, testing::ValuesIn(table("tests/types/names.txt")), RowTest::name);
 
 // Different names have different paths: each name can be converted to a path and back.
-TEST(QARPath, HasTheBytesOfEveryName) {
+TEST(QARPath, ConvertsEveryNameToAPathAndBack) {
   for (const std::string encoding :
        {"UTF-8", "ISO-8859-7", "SJIS", "EUC-JP", "GB18030", "Big5-HKSCS", "EUC-JISX0213", "CP1258", "EUC-TW",
         "ISO-2022-JP", "ISO-2022-KR", "UTF-7", "UTF-16", "UTF-32", "IBM-037", "IBM-930"})

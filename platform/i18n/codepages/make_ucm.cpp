@@ -258,7 +258,11 @@ void parse_mapping(Page& page, const std::string& line) {
   if (first.size() != last.size() || static_cast<unsigned char>(code.back()) + span > 0xFF) reject(line);
   if (!page.is_table && !page.base.empty()) page.mappings.add_base(page.base);
   page.is_table = true;
-  for (char32_t i = 0; i <= span; ++i, ++first.back(), ++code.back()) page.mappings.add(first, code, precision[1]);
+  for (char32_t i = 0; i <= span; ++i) {
+    page.mappings.add(first, code, precision[1]);
+    ++first.back();
+    ++code.back();
+  }
 }
 
 void parse_line(Page& page, const std::string& line) {

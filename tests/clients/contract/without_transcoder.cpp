@@ -21,7 +21,7 @@ struct Counting final : QARCodePageTransform {
   }
 };
 
-TEST(QARCodePageTransform, TellsWhichStageMetLoss) {
+TEST(QARCodePageTransform, ReportsWhichStageLostText) {
   const CapturedOutput output;
   for (const auto& [in, losses] :
        {std::pair("plain", "none"), {"\xFF\xFF", "1 1 0"}, {"\xE2\x82\xAC\xE2\x82\xAC", "0 1 0"}}) {

@@ -1,4 +1,4 @@
-# The platform's libraries, which lie in the folder PLATFORM, as targets.
+# The platform's libraries, in the folder PLATFORM, as targets.
 add_library(zropccore INTERFACE)
 target_include_directories(zropccore INTERFACE ${PLATFORM}/include)
 foreach(library zrqar_res kui18n)

@@ -42,8 +42,8 @@ def pages_table(found, faults):
     losses = {}  # for each name, whether each of its differences is a loss
     for name, _, _, is_loss in found["difference"]:
         losses.setdefault(name, []).append(is_loss)
-    # What iconv lacks: all codes are compared with Python's codec, and that only these are written is in the table of
-    # all converters.
+    # Pages that iconv lacks: all codes are compared with Python's codec. The row of the converter shows whether any other
+    # character is written.
     for name, codes in found["codes"]:
         if [chr(int(code, 16)) for code in codes.split()] != list(bytes(range(256)).decode(name.lower())):
             faults.append(f"{name} differs from Python's codec")
@@ -55,7 +55,9 @@ def pages_table(found, faults):
     for name, purpose in purposes.items():
         written, in_pieces, otherwise = pages[name]
         lost = losses.get(name, [])
-        agrees = "see below" if "1" in lost else "all, and more" if lost else "all"
+        agrees = "all"
+        if lost:
+            agrees = "see below" if "1" in lost else "all, and more"
         back = [f"{in_pieces} in pieces"] * (in_pieces != "0") + [f"{otherwise} as another one"] * (otherwise != "0")
         rows.append(row(name, purpose, written, agrees, ", ".join(back) or "all"))
     return table(["name", "for", "characters", "what iconv has", "comes back"], rows)

@@ -194,11 +194,11 @@ std::size_t IcuConverter::malformed_length() const noexcept {
   UErrorCode status = U_ZERO_ERROR;
   ucnv_getInvalidChars(converter_.get(), bytes.data(), &length, &status);
   if (U_FAILURE(status)) return 0;
-  return takes_ascii(bytes.data(), length) ? 1 : static_cast<std::size_t>(length);
+  return ends_with_ascii(bytes.data(), length) ? 1 : static_cast<std::size_t>(length);
 }
 
 // ICU counts a trail byte as a part of the sequence even if lead byte and trail byte together are not a character.
-bool IcuConverter::takes_ascii(const char* bytes, std::int32_t length) const noexcept {
+bool IcuConverter::ends_with_ascii(const char* bytes, std::int32_t length) const noexcept {
   const auto is_ascii = [](char byte) { return (byte & 0x80) == 0; };
   return length == 2 && !is_ascii(bytes[0]) && is_ascii(bytes[1]) && type() == UCNV_MBCS &&
          ucnv_getMinCharSize(converter_.get()) == 1;
@@ -243,7 +243,7 @@ void U_CALLCONV IcuConverter::stop_encoding(const void* self, UConverterFromUnic
                                             std::int32_t, UChar32 code, UConverterCallbackReason reason,
                                             UErrorCode* status) {
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
-  converter->spell(arguments, converter->lacking(code), reason, status);
+  converter->spell(arguments, converter->unmappable(code), reason, status);
 }
 
 // ICU calls a second escape or shift irregular if no character is between the two. Other programs read it.
@@ -260,7 +260,7 @@ void U_CALLCONV IcuConverter::substitute_input(const void* self, UConverterToUni
   if (reason == UCNV_IRREGULAR) return;  // see stop_decoding
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
   const char16_t replacement = 0xFFFD;
-  if (reason == UCNV_UNASSIGNED && converter->takes_ascii(bytes, length)) {
+  if (reason == UCNV_UNASSIGNED && converter->ends_with_ascii(bytes, length)) {
     --arguments->source;  // the ASCII byte is converted next, as text
     length = 1;
   }
@@ -274,7 +274,7 @@ void U_CALLCONV IcuConverter::substitute_output(const void* self, UConverterFrom
                                                 UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
   auto* const converter = const_cast<IcuConverter*>(static_cast<const IcuConverter*>(self));
-  character = converter->lacking(character);
+  character = converter->unmappable(character);
   if (converter->spell(arguments, character, reason, status)) return;
   *status = U_ZERO_ERROR;
   converter->record({0, 0, static_cast<char32_t>(character)}, status);

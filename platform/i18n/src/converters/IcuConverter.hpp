@@ -97,12 +97,12 @@ private:
              UErrorCode* status) noexcept;
 
   // Whether the sequence that ICU calls malformed is a lead byte and an ASCII byte, which is text and not malformed.
-  bool takes_ascii(const char* bytes, std::int32_t length) const noexcept;
+  bool ends_with_ascii(const char* bytes, std::int32_t length) const noexcept;
   bool decodes_to(char byte, char16_t expected) noexcept;
   char16_t from_icu(char16_t unit) const noexcept;
   char16_t to_icu(char16_t unit) const noexcept;
-  // The character of the text for the one that ICU reports as lacking.
-  UChar32 lacking(UChar32 code) const noexcept {
+  // Converts the unmappable character that ICU reports to that of the text.
+  UChar32 unmappable(UChar32 code) const noexcept {
     return exchange_ == Exchange::none || code > 0xFFFF ? code : from_icu(static_cast<char16_t>(code));
   }
   void record(const Substitution& substitution, UErrorCode* status) noexcept;

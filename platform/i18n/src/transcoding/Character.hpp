@@ -26,13 +26,16 @@ public:
   void add(std::uint64_t offset, char32_t code, std::size_t length, bool malformed = false) noexcept {
     characters_[end_++] = {offset, code, static_cast<std::uint32_t>(length) & 0x7FFFFFFF, malformed};
   }
-  /// Adds the characters that `write(place)` writes, which returns the place behind the last one.
+  /// Adds the characters that `write(place)` writes, which returns the place after the last one.
   /// Requires: the block is not full, and they are `most_added` at most.
   template <class Write>
   void add_some(Write write) noexcept {
     end_ = static_cast<std::size_t>(write(characters_.data() + end_) - characters_.data());
   }
-  void clear() noexcept { next_ = end_ = 0; }
+  void clear() noexcept {
+    next_ = 0;
+    end_ = 0;
+  }
   std::size_t size() const noexcept { return end_; }
   /// Removes the characters after the first `size`.
   void shrink(std::size_t size) noexcept { end_ = size; }

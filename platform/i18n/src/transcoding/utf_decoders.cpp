@@ -13,7 +13,7 @@ namespace {
 // malformed. The loop has no branch that depends on the lengths of the characters: where they vary, it would be
 // mispredicted.
 //
-// Invariant  the character at `at` ends at the lowest bit of `starts`; all before it have been written.
+// Invariant  the character at `at` ends before the lowest bit of `starts`; all before it have been written.
 // Reads      `Utf8Block::bytes_read`.
 // Bits       of each length, as if it had four bytes: 11110www 10zzzzzz 10yyyyyy 10xxxxxx -> wwwzzzzzzyyyyyyxxxxxx
 std::size_t decode_block(const char* from, std::uint64_t offset, CharacterBlock& to) noexcept {
@@ -23,15 +23,17 @@ std::size_t decode_block(const char* from, std::uint64_t offset, CharacterBlock&
   if (!block.is_well_formed(due)) return 0;
   std::size_t at = 0;
   to.add_some([&](Character* place) noexcept {
-    for (std::uint64_t starts = block.all_starts() & ~std::uint64_t{1}; starts != 0; starts &= starts - 1, ++place) {
+    for (std::uint64_t starts = block.all_starts() & ~std::uint64_t{1}; starts != 0; starts &= starts - 1) {
       const std::size_t length = first_bit(starts) - at;
       std::uint32_t bytes;
       std::memcpy(&bytes, from + at, sizeof(bytes));
       bytes = __builtin_bswap32(bytes);
       const std::uint32_t code =
-          (bytes >> 6 & 0x1FC0000) | (bytes >> 4 & 0x3F000) | (bytes >> 2 & 0xFC0) | (bytes & 0x3F);
-      *place = {offset + at, code >> 6 * (4 - length) & code_bits[length], static_cast<std::uint32_t>(length) & 7, 0};
+          ((bytes >> 6) & 0x1FC0000) | ((bytes >> 4) & 0x3F000) | ((bytes >> 2) & 0xFC0) | (bytes & 0x3F);
+      *place = {offset + at, (code >> (6 * (4 - length))) & code_bits[length], static_cast<std::uint32_t>(length) & 7,
+                0};
       at += length;
+      ++place;
     }
     return place;
   });

@@ -5,8 +5,8 @@
 namespace ku::filesystem::detail {
 
 /// Converts paths between UTF-16 and the process code (see `ku::i18n::to_string`). The conversion is strict: a path
-/// that cannot be converted raises `ku::i18n::CvtInvalidCharacter`, so that it never names another file.
-/// Any thread may use it at any time.
+/// that cannot be converted raises `ku::i18n::CvtInvalidCharacter`, so that it never names another file. Each member
+/// may also raise `std::bad_alloc`. Any thread may use it at any time.
 struct [[gnu::visibility("default")]] process_code_traits {
   using internal_string_type = std::u16string;  ///< UTF-16
   using external_string_type = std::string;     ///< the process code

@@ -28,8 +28,8 @@ class IcuConverter;
 ///            continues. If the target lacks U+FFFD it writes "?", and if it lacks that too, the fullwidth form
 ///            U+FF1F.
 /// ASCII      Bytes below 0x80, controls included, keep their values in every superset of ASCII.
-/// Errors     The constructor raises `CvtExceptionBase` itself if it refuses the encoding. Every member may raise
-///            `std::bad_alloc`.
+/// Errors     The constructor raises `CvtExceptionBase`, and never `CvtInvalidCharacter`, if it refuses the encoding.
+///            Every member may raise `std::bad_alloc`. After an exception from `convert`, the converter is usable.
 /// Threads    Distinct converters are independent; one converter may be used by one thread at a time.
 class [[gnu::visibility("default")]] codecvt_string_to_ustring {
 public:

@@ -103,7 +103,7 @@ private:
   // For simple text: the start of the character that continues after the block, if there is one.
   std::uint64_t cut() const noexcept {
     constexpr std::uint64_t last = std::uint64_t{1} << 63;
-    return (leads() & last) | (triples_ & last >> 1);
+    return (leads() & last) | (triples_ & (last >> 1));
   }
 
   bool has_form(std::uint64_t quadruples, std::uint64_t due) const noexcept {
@@ -147,7 +147,7 @@ private:
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), any(outer, _mm_slli_epi16(inner, 6)));
   }
   static std::uint64_t mask(std::size_t part, __m128i bytes) noexcept {
-    return std::uint64_t{static_cast<unsigned>(_mm_movemask_epi8(bytes))} << part * sizeof(__m128i);
+    return std::uint64_t{static_cast<unsigned>(_mm_movemask_epi8(bytes))} << (part * sizeof(__m128i));
   }
   static __m128i all(unsigned byte) noexcept { return _mm_set1_epi8(static_cast<char>(byte)); }
   static __m128i any(__m128i one, __m128i other) noexcept { return _mm_or_si128(one, other); }

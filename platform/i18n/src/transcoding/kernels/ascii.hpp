@@ -57,7 +57,7 @@ inline std::size_t copy_long_ascii(const char* from, std::size_t count, char* to
 /// Whether three bytes in a row are not ASCII, as in other scripts but not in Latin text with accents.
 template <class Bits>
 bool are_dense(Bits non_ascii) {
-  return (non_ascii & non_ascii >> 1 & non_ascii >> 2) != 0;
+  return (non_ascii & (non_ascii >> 1) & (non_ascii >> 2)) != 0;
 }
 
 }  // namespace ku::i18n::detail

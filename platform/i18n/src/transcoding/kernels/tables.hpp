@@ -15,8 +15,8 @@ namespace ku::i18n::detail {
 ///     < 0    special: a kind in bits 24 to 30, a value in bits 0 to 23
 using Entry = std::int32_t;
 
-/// Entries are stored once. They are stored with release order and loaded with acquire
-/// order, so that the long code that an entry refers to is visible.
+/// Entries are stored once. They are stored with release order and loaded with acquire order, so that the long code
+/// that an entry refers to is visible.
 using AtomicEntry = std::atomic<Entry>;
 
 enum class Kind : std::uint8_t {
@@ -34,7 +34,9 @@ enum class Kind : std::uint8_t {
 constexpr Entry special_entry(Kind kind, std::uint32_t value = 0) {
   return static_cast<Entry>(0x80000000U | std::uint32_t{static_cast<std::uint8_t>(kind)} << 24 | value);
 }
-constexpr Kind kind_of(Entry special) { return static_cast<Kind>(static_cast<std::uint32_t>(special) >> 24 & 0x7F); }
+constexpr Kind kind_of(Entry special) {
+  return static_cast<Kind>((static_cast<std::uint32_t>(special) >> 24) & 0x7F);
+}
 constexpr std::uint32_t value_of(Entry special) { return static_cast<std::uint32_t>(special) & 0xFFFFFF; }
 constexpr std::size_t length_of(Entry bytes) { return static_cast<std::uint32_t>(bytes) >> 24; }
 

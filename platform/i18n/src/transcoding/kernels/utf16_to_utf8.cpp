@@ -49,7 +49,7 @@ char* put_short(__m128i units, char* to) noexcept {
 #pragma GCC unroll 8
   for (std::size_t i = 0; i < window_units; ++i) {
     std::memcpy(to, &words[i], sizeof(words[i]));
-    to += 1 + (lengths >> 2 * i & 1);
+    to += 1 + ((lengths >> (2 * i)) & 1);
   }
   return to;
 }

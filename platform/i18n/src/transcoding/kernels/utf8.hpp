@@ -19,8 +19,8 @@ inline Utf8Character first_short_character(const char* from) {
   std::uint32_t bytes;
   std::memcpy(&bytes, from, sizeof(bytes));
   if ((bytes & 0x80) == 0) return {bytes & 0x7F, 1};
-  if ((bytes & 0xC0E0) == 0x80C0 && (bytes & 0x1E) != 0) return {(bytes & 0x1F) << 6 | (bytes >> 8 & 0x3F), 2};
-  const std::uint32_t code = (bytes & 0x0F) << 12 | (bytes >> 2 & 0xFC0) | (bytes >> 16 & 0x3F);
+  if ((bytes & 0xC0E0) == 0x80C0 && (bytes & 0x1E) != 0) return {(bytes & 0x1F) << 6 | ((bytes >> 8) & 0x3F), 2};
+  const std::uint32_t code = (bytes & 0x0F) << 12 | ((bytes >> 2) & 0xFC0) | ((bytes >> 16) & 0x3F);
   const bool is_three = (bytes & 0xC0C0F0) == 0x8080E0 && code >= 0x800 && (code & 0xF800) != 0xD800;
   return is_three ? Utf8Character{code, 3} : Utf8Character{};
 }
@@ -30,7 +30,7 @@ inline Utf8Character first_long_character(const char* from) {
   std::uint32_t bytes;
   std::memcpy(&bytes, from, sizeof(bytes));
   const std::uint32_t code =
-      (bytes & 0x07) << 18 | (bytes << 4 & 0x3F000) | (bytes >> 10 & 0xFC0) | (bytes >> 24 & 0x3F);
+      (bytes & 0x07) << 18 | ((bytes << 4) & 0x3F000) | ((bytes >> 10) & 0xFC0) | ((bytes >> 24) & 0x3F);
   const bool is_four = (bytes & 0xC0C0C0F8) == 0x808080F0 && code >= 0x10000 && code <= 0x10FFFF;
   return is_four ? Utf8Character{code, 4} : Utf8Character{};
 }
@@ -84,14 +84,14 @@ inline std::size_t put_utf8(char32_t code, char* to) {
   std::uint32_t bytes = code;
   std::size_t length = 1;
   if (code >= 0x10000) {
-    bytes = (0xF0 | code >> 18) | (0x80 | (code >> 12 & 0x3F)) << 8 | (0x80 | (code >> 6 & 0x3F)) << 16 |
-            (0x80 | (code & 0x3F)) << 24;
+    bytes = (0xF0 | (code >> 18)) | ((0x80 | ((code >> 12) & 0x3F)) << 8) | ((0x80 | ((code >> 6) & 0x3F)) << 16) |
+            ((0x80 | (code & 0x3F)) << 24);
     length = 4;
   } else if (code >= 0x800) {
-    bytes = (0xE0 | code >> 12) | (0x80 | (code >> 6 & 0x3F)) << 8 | (0x80 | (code & 0x3F)) << 16;
+    bytes = (0xE0 | (code >> 12)) | ((0x80 | ((code >> 6) & 0x3F)) << 8) | ((0x80 | (code & 0x3F)) << 16);
     length = 3;
   } else if (code >= 0x80) {
-    bytes = (0xC0 | code >> 6) | (0x80 | (code & 0x3F)) << 8;
+    bytes = (0xC0 | (code >> 6)) | ((0x80 | (code & 0x3F)) << 8);
     length = 2;
   }
   std::memcpy(to, &bytes, sizeof(bytes));

@@ -8,7 +8,8 @@
 /// be used by several threads.
 namespace qar::qardatainterfaces {
 
-/// A file could not be opened. The arguments are its path and the reason, which is the state of the stream.
+/// A file could not be opened. The arguments are its path, and the state of the file stream as the reason, such as
+/// "file is closed.failbit is set.".
 class [[gnu::visibility("default")]] QARDATAINTERFACES_FILE_OPEN_FAILED final : public tavik_core::BaseMsgID {
 public:
   /// Copies its arguments.

@@ -27,7 +27,7 @@ inline char* put_kept(const char* from, std::uint64_t kept, char* to) noexcept {
     const auto packed = [bytes](std::uint64_t mask) {
       return _mm_shuffle_epi8(bytes, _mm_load_si128(reinterpret_cast<const __m128i*>(bytes_kept[mask].from.data())));
     };
-    const std::uint64_t lower = kept >> at & 0xFF, upper = kept >> (at + 8) & 0xFF;
+    const std::uint64_t lower = (kept >> at) & 0xFF, upper = (kept >> (at + 8)) & 0xFF;
     _mm_storel_epi64(reinterpret_cast<__m128i*>(to), packed(lower));
     to += std::popcount(lower);
     _mm_storeh_pi(reinterpret_cast<__m64*>(to), _mm_castsi128_ps(packed(upper)));
@@ -94,8 +94,8 @@ private:
 
   // The start of the character that continues after the block, if there is one.
   std::uint64_t cut() const noexcept {
-    return (leads_ & ~std::uint64_t{0} << 63) | (triples_ & ~std::uint64_t{0} << 62) |
-           (quadruples_ & ~std::uint64_t{0} << 61);
+    constexpr std::uint64_t all_bits = ~std::uint64_t{0};
+    return (leads_ & (all_bits << 63)) | (triples_ & (all_bits << 62)) | (quadruples_ & (all_bits << 61));
   }
 
   // Invariant  each byte is decoded to a unit, as if a character began there. For a character beyond U+FFFF, the unit
@@ -107,8 +107,8 @@ private:
 #pragma GCC unroll 4
     for (std::size_t at = 0; at < size; at += 16) {
       const __m256i units = in_order<order>(decode_each<most_bytes>(from_ + at));
-      to = put_kept(_mm256_castsi256_si128(units), kept >> at & 0xFF, to);
-      to = put_kept(_mm256_extracti128_si256(units, 1), kept >> (at + 8) & 0xFF, to);
+      to = put_kept(_mm256_castsi256_si128(units), (kept >> at) & 0xFF, to);
+      to = put_kept(_mm256_extracti128_si256(units, 1), (kept >> (at + 8)) & 0xFF, to);
     }
     return to;
   }

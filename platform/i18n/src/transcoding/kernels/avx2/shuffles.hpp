@@ -28,7 +28,7 @@ constexpr Shuffles make_shuffles(Keeps keeps) {
 
 /// In each half of a register, keeps those of its eight bytes whose bit is set.
 inline constexpr Shuffles bytes_kept = [] {
-  auto shuffles = make_shuffles([](unsigned mask, unsigned byte) { return byte < 8 && (mask >> byte & 1) != 0; });
+  auto shuffles = make_shuffles([](unsigned mask, unsigned byte) { return byte < 8 && ((mask >> byte) & 1) != 0; });
   for (auto& shuffle : shuffles)
     for (std::size_t i = 0; i < 8; ++i) shuffle.from[i + 8] = static_cast<std::uint8_t>(shuffle.from[i] + 8);
   return shuffles;
@@ -36,16 +36,16 @@ inline constexpr Shuffles bytes_kept = [] {
 
 /// Keeps those of eight UTF-16 units whose bit is set.
 inline constexpr Shuffles units_kept =
-    make_shuffles([](unsigned mask, unsigned byte) { return (mask >> byte / 2 & 1) != 0; });
+    make_shuffles([](unsigned mask, unsigned byte) { return ((mask >> (byte / 2)) & 1) != 0; });
 
 /// Keeps the first byte of each of eight two-byte words, and the second byte if the word's bit is set.
 inline constexpr Shuffles one_or_two_bytes =
-    make_shuffles([](unsigned mask, unsigned byte) { return byte % 2 == 0 || (mask >> byte / 2 & 1) != 0; });
+    make_shuffles([](unsigned mask, unsigned byte) { return byte % 2 == 0 || ((mask >> (byte / 2)) & 1) != 0; });
 
 /// Keeps the first byte of each of four four-byte words, the second byte if the lower of the word's two bits is set,
 /// and the third byte if the upper bit is set.
 inline constexpr Shuffles up_to_three_bytes = make_shuffles([](unsigned mask, unsigned byte) {
-  const unsigned bits = mask >> byte / 4 * 2;
+  const unsigned bits = mask >> (byte / 4 * 2);
   return byte % 4 == 0 || (byte % 4 == 1 && (bits & 1) != 0) || (byte % 4 == 2 && (bits & 2) != 0);
 });
 

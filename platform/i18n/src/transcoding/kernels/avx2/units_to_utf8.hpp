@@ -77,8 +77,8 @@ char* put_units(__m256i units, __m256i surrogates, char* to) noexcept {
   const auto lengths = static_cast<unsigned>(_mm256_movemask_epi8(_mm256_blendv_epi8(three, two, all_units(0x00FF))));
   const __m256i outer = _mm256_unpacklo_epi16(low, high), inner = _mm256_unpackhi_epi16(low, high);
   to = put_shuffled(_mm256_castsi256_si128(outer), up_to_three_bytes, lengths & 0xFF, 4, to);
-  to = put_shuffled(_mm256_castsi256_si128(inner), up_to_three_bytes, lengths >> 8 & 0xFF, 4, to);
-  to = put_shuffled(_mm256_extracti128_si256(outer, 1), up_to_three_bytes, lengths >> 16 & 0xFF, 4, to);
+  to = put_shuffled(_mm256_castsi256_si128(inner), up_to_three_bytes, (lengths >> 8) & 0xFF, 4, to);
+  to = put_shuffled(_mm256_extracti128_si256(outer, 1), up_to_three_bytes, (lengths >> 16) & 0xFF, 4, to);
   return put_shuffled(_mm256_extracti128_si256(inner, 1), up_to_three_bytes, lengths >> 24, 4, to);
 }
 

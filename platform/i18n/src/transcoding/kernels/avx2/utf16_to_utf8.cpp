@@ -51,7 +51,7 @@ ByteCursor utf16_to_utf8(ByteCursor c) noexcept {
     const auto trails = static_cast<std::uint32_t>(_mm256_movemask_epi8(is_trail));
     const auto leads = static_cast<std::uint32_t>(_mm256_movemask_epi8(surrogates)) & ~trails;
     if (leads << 2 != trails) break;
-    const std::uint32_t cut = leads >> 31 << 1;
+    const std::uint32_t cut = (leads >> 31) * 2;  // bytes of a lead at the end
     c.to = put_units<true>(units, surrogates, c.to) - cut;
     c.from += register_bytes - cut;
   }

@@ -54,7 +54,7 @@ Bytes codes_at(const char* from, const CharacterRanges<length>& ranges) noexcept
 // Converts text of ASCII and of one or two ranges of three bytes, such as Thai, up to `most_blocks`. The characters
 // are packed first and looked up afterwards: only every third byte begins a character.
 //
-// Invariant  as below; what has been written are slots.
+// Invariant  as in `utf8_to_single_byte`, but the output consists of slots.
 // Reads      a block and the bytes after it that it needs; the loop ends before there are fewer.
 // Writes     a block; the loop ends before there is less room.
 // Returns    whether all of these characters have codes. If not, nothing has been converted.

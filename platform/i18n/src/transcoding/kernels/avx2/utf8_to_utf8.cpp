@@ -28,9 +28,9 @@ std::size_t length_of_valid_blocks(const char* from, std::size_t count) noexcept
     if (!block.is_well_formed(due)) break;
     due = block.due();
   }
-  if (due != 0) do
-      --at;
-    while (is_continuation(from[at]));
+  if (due == 0) return at;
+  --at;  // in an incomplete character
+  while (is_continuation(from[at])) --at;
   return at;
 }
 
