@@ -58,7 +58,7 @@ void Conversions::apply(di::QARFileReaderFactory& factory) const {
 }
 
 void Conversions::apply(di::QARFileReaderFactory& factory, const Make& make) const {
-  if (!locale_.empty()) setContentLocale(locale_);
+  if (locale_) setContentLocale(*locale_);
   if ((toUtf8_ != nullptr && toUtf8_->count() > 0) || (fromUtf8_ != nullptr && fromUtf8_->count() > 0))
     checkLocalCodePage();
   std::map<const CLI::Option*, std::size_t> seen;

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,7 +36,7 @@ public:
 
 private:
   CLI::App& app_;
-  std::string locale_;
+  std::optional<std::string> locale_;
   bool strict_ = false;
   CLI::Option* toUtf8_ = nullptr;
   CLI::Option* fromUtf8_ = nullptr;

@@ -25,9 +25,10 @@ bool isInstalled(const std::string& name) {
              ::newlocale(LC_CTYPE_MASK, name.c_str(), nullptr)) != nullptr;
 }
 
-/// Whether the language and the country of the locale's name are in the ISO standards.
+/// Whether the language and the country of the locale's name are in the ISO standards, or it is C or POSIX.
 bool isStandard(const std::string& name) {
   const auto tag = name.substr(0, name.find_first_of(".@"));
+  if (tag == "C" || tag == "POSIX") return true;
   const auto underscore = tag.find('_');
   return *::uloc_getISO3Language(tag.c_str()) != '\0' &&
          (underscore == tag.npos || *::uloc_getISO3Country(tag.c_str()) != '\0' || tag.size() - underscore == 5);
@@ -45,8 +46,7 @@ void checkEncoding(const ZrLocale& locale) {
 
 void setContentLocale(const std::string& name) {
   const ZrLocale locale(name);
-  if (!locale.language().empty() && !isStandard(name) && !isInstalled(name))
-    throw UsageError("unknown locale '" + name + "'");
+  if (name.empty() || (!isStandard(name) && !isInstalled(name))) throw UsageError("unknown locale '" + name + "'");
   checkEncoding(locale);
   ZrLocale::global(locale);
 }

@@ -12,7 +12,8 @@ void checkRead(QARFileReader& reader, const QARMetaData& meta) {
   if (const auto reason = reader.readError()) throw ReadFailure("not_good", "cannot be read" + inParentheses(reason));
   if (reader.readSucceeded()) return;
   auto report = meta.getUserData();
-  if (report.empty()) report = reader.getTransformId();
+  const std::string transform = reader.getTransformId();
+  if (report.empty() || report == transform) report = transform + ": the result is empty";  // losses are reported
   throw ReadFailure(reader.lastError() == QARFileReader::zero_length ? "zero_length" : "transform_failed",
                     "cannot be converted (" + report + ')');
 }

@@ -36,12 +36,17 @@ unsigned int parseChunk(std::string_view text) {
   return value;
 }
 
-// Refuses "--option=": CLI11 would use the next argument as the value.
-void refuseEmptyValues(int argc, char** argv) {
-  for (int i = 1; i < argc && argv[i] != std::string_view("--"); ++i)
-    if (const std::string_view argument = argv[i];
-        argument.size() > 3 && argument.substr(0, 2) == "--" && argument.find('=') == argument.size() - 1)
-      throw UsageError(std::string(argument.substr(0, argument.size() - 1)) + " needs a value");
+// Refuses "--option=", for which CLI11 would use the next argument as the value, and "--flag=value".
+void checkValues(const CLI::App& app, int argc, char** argv) {
+  for (int i = 1; i < argc && argv[i] != std::string_view("--"); ++i) {
+    const std::string argument = argv[i];
+    const auto equals = argument.find('=');
+    if (argument.compare(0, 2, "--") != 0 || equals == argument.npos) continue;
+    const auto name = argument.substr(0, equals);
+    const auto* const option = app.get_option_no_throw(name);
+    if (option != nullptr && option->get_items_expected_max() == 0) throw UsageError(name + " takes no value");
+    if (equals + 1 == argument.size()) throw UsageError(name + " needs a value");
+  }
 }
 
 }  // namespace
@@ -76,24 +81,38 @@ CommandLine::CommandLine()
   app_.footer(
       "\nExit status: 0 on success; 1 if a path or standard output failed, or if --check found losses; 2 if the\n"
       "command line is wrong.");
+  for (auto* const option : app_.get_options())
+    if (option->get_items_expected_max() == 1) option->take_last();  // CLI11's error would be no sentence
   app_.allow_extras();  // the paths; if they were values of an option, CLI11 would split "[a,b]" into two
 }
 
 std::optional<std::string> CommandLine::parse(int argc, char** argv) {
   try {
-    refuseEmptyValues(argc, argv);
+    checkValues(app_, argc, argv);
     app_.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
     return app_.help();
   } catch (const CLI::CallForVersion& version) {
     return std::string(version.what()) + '\n';
+  } catch (const CLI::ArgumentMismatch&) {
+    throw UsageError(std::string(argv[argc - 1]) + " needs a value");
   } catch (const CLI::ParseError& error) {
     throw UsageError(error.what());
   }
+  checkOptions();
   takePaths();
   takeMode();
   if (!chunk_.empty()) options_.chunk = parseChunk(chunk_);
   return std::nullopt;
+}
+
+void CommandLine::checkOptions() const {
+  for (const auto* const option : app_.parse_order()) {
+    for (const auto& value : option->results())
+      if (value.empty()) throw UsageError(option->get_name() + " needs a value");
+    if (option->get_items_expected_max() == 1 && option->count() > 1)
+      throw UsageError(option->get_name() + " may be given only once");
+  }
 }
 
 void CommandLine::takePaths() {

@@ -30,6 +30,7 @@ public:
   static const char* const usage;
 
 private:
+  void checkOptions() const;
   void takePaths();
   void takeMode();
 

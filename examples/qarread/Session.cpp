@@ -2,6 +2,7 @@
 
 #include "../Converting.hpp"
 #include "../UsageError.hpp"
+#include "../deliver.hpp"
 #include "../printable.hpp"
 #include "eachName.hpp"
 #include "failure.hpp"
@@ -77,6 +78,8 @@ bool Session::run() {
   for (const auto& path : options_.paths) readArgument(path);
   progress_.erase();
   presentation_->end();
+  if (options_.mode == Mode::check && !options_.json && succeeded_ && !converted_)
+    say("nothing is converted, so nothing is lost");
   output_.finish();
   return succeeded_;
 }
@@ -118,6 +121,7 @@ void Session::read(const Found& found) {
   auto notices = notices_.take();
   for (std::string line; std::getline(notices, line);) tell(path, line);
   if (failure) fail(path, failure->text);
+  if (record.findings) converted_ = true;
   if (record.findings && record.findings->losses() > 0) succeeded_ = false;
 }
 
@@ -129,6 +133,9 @@ Source Session::open(const Found& found) {
 void Session::deliver(Source& source, const std::string& path, Record& record) {
   std::uint64_t delivered = 0;
   findings_.reset();
+  if (options_.mode == Mode::check && source.convertsPath())
+    throw ReadFailure("error", "cannot be checked, since its path is converted instead of its content");
+  if (!record.transform.empty()) findings_.emplace();  // for an empty file, whose content no transform receives
   const auto loss = source.deliver({buffer_.get(), options_.chunk}, [&](const void* bytes, std::size_t size) {
     presentation_->take(bytes, size);
     delivered += size;

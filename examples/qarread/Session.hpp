@@ -48,6 +48,7 @@ private:
   std::unique_ptr<Presentation> presentation_;
   std::unique_ptr<unsigned char[]> buffer_;
   bool succeeded_ = true;
+  bool converted_ = false;  // whether any path was
 };
 
 /// Writes a line to standard error.

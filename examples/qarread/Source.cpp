@@ -24,6 +24,7 @@ Source Source::path(QARFileReaderFactory& factory, const std::string& path, bool
   if ((runtime ? ::stat : ::lstat)(path.c_str(), &found) != 0) return source;
   if (S_ISLNK(found.st_mode)) source.kind_ = Kind::link;
   if (S_ISLNK(found.st_mode) || S_ISREG(found.st_mode)) source.size_ = static_cast<std::uint64_t>(found.st_size);
+  source.convertsPath_ = source.kind_ == Kind::transform && path.ends_with("qvz") && found.st_size > 0;
   return source;
 }
 

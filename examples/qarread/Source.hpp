@@ -35,6 +35,10 @@ public:
   /// file without a size, such as a device.
   std::optional<std::uint64_t> size() const;
 
+  /// Whether the transform receives the path instead of the content. The library does so for paths that end with
+  /// "qvz".
+  bool convertsPath() const noexcept { return convertsPath_; }
+
   /// Passes the content to `take` piece by piece, and returns the report of a `Converting` transform on losses.
   /// Throws `ReadFailure`, and what the transform and `take` throw.
   std::string deliver(std::span<unsigned char> buffer, const Take& take);
@@ -47,6 +51,7 @@ private:
   std::unique_ptr<StandardInput> standardInput_;
   std::unique_ptr<Korvane::qardatainterfaces::QARFileReader> reader_;  // may refer to `standardInput_`
   Kind kind_ = Kind::plain;
+  bool convertsPath_ = false;
   std::optional<std::uint64_t> size_;
 };
 

@@ -11,7 +11,7 @@ namespace Korvane::qardatainterfaces {
 /// Errors   Copying may throw `std::bad_alloc`.
 /// Threads  A plain value: distinct objects are independent.
 struct [[gnu::visibility("default")]] QARConversionLoss {
-  /// One loss.
+  /// One loss. A byte that two characters share, as in UTF-7, belongs to the later one.
   struct Place {
     std::uint64_t offset;  ///< offset of its first byte in the input, from 0
     std::uint32_t length;  ///< number of its bytes in the input

@@ -5,6 +5,7 @@
 #include "support/ContentLocale.hpp"
 #include "support/HostileStream.hpp"
 #include "support/Pipe.hpp"
+#include "support/Reporting.hpp"
 #include "support/TemporaryDirectory.hpp"
 #include "support/seen.hpp"
 #include "support/table.hpp"
@@ -318,6 +319,8 @@ std::vector<Operation> of_transforms() {
       const QARByteArray in(text);
       const auto decode = [=](World& w) { LCPToUTF8Transform().transform(in, w.bytes, w.meta); };
       const auto encode = [=](World& w) { UTF8ToLCPTransform().transform(in, w.bytes, w.meta); };
+      const auto report = [=](World& w) { Reporting(encoding, "US-ASCII").transform(in, w.bytes, w.meta); };
+      operations.push_back({"reported from " + encoding + name, report, "C", conversion_failed});
       operations.push_back({"from " + encoding + name, decode, "C." + encoding, conversion_failed});
       operations.push_back({"to " + encoding + name, encode, "C." + encoding, conversion_failed});
     }

@@ -87,14 +87,37 @@ expect 1 '' 'qarread: broken.txt: cannot be converted (lcp-to-utf8: 1 malformed,
 table "qarread: euro.log: $lost" 1 'transform utf8-to-lcp 14 - transform_failed euro.log' $latin1 --strict --utf8-to-lcp log euro.log
 table '' 0 'transform UTF-8 to CP1252 14 10 ok euro.log' --transcode UTF-8:CP1252:log euro.log
 printf '\xff\xfe' >mark.txt
-expect 1 '' 'qarread: mark.txt: cannot be converted (UTF-16 to UTF-8)' --transcode UTF-16:UTF-8:txt mark.txt
+for arguments in '' --strict --check; do
+  expect 1 '' 'qarread: mark.txt: cannot be converted (UTF-16 to UTF-8: the result is empty)' \
+    $arguments --transcode UTF-16:UTF-8:txt mark.txt
+done
+expect 1 '' 'qarread: mark.txt: cannot be converted (lcp-to-utf8: the result is empty)' \
+  --locale de_DE.UTF-16 --lcp-to-utf8 txt mark.txt
 
 # Losses; and a file that does not come back byte for byte although nothing is lost.
 printf '\xed\x40\n' >twice.txt
-expect 0 'latin1.txt: comes back byte for byte\n' '' --check $latin1 --lcp-to-utf8 txt latin1.txt bytes dangling empty.txt
+expect 0 'latin1.txt: comes back byte for byte\nempty.txt: comes back byte for byte\n' '' \
+  --check $latin1 --lcp-to-utf8 txt latin1.txt bytes dangling empty.txt
+cp euro.log path.qvz
+expect 1 '' 'qarread: path.qvz: cannot be checked, since its path is converted instead of its content' \
+  --check --transcode UTF-8:KOI8-R:qvz path.qvz
+expect 0 'path.qvz' '' --transcode UTF-8:KOI8-R:qvz path.qvz
+expect 0 '' 'qarread: nothing is converted, so nothing is lost' --check --transcode UTF-8:KOI8-R:text bytes latin1.txt
+expect 1 '' 'qarread: missing: The file "missing" does not exist. (No such file or directory)' --check missing
 expect 1 'euro.log:1:8: U+20AC is not in ISO-8859-1\neuro.log: does not come back byte for byte\n' \
   'qarread: missing: *' --check --strict $latin1 --utf8-to-lcp log euro.log missing
 expect 0 'twice.txt: does not come back byte for byte\n' '' --check --transcode SHIFT_JIS:UTF-8:txt twice.txt
+# Characters that share bytes, and two characters from one code.
+printf '+AOBDIwDpAOkOAdg9-z+2AE-\n' >base64.txt
+expect 1 'base64.txt:1:1: U+00E0 is not in KOI8-R\nbase64.txt:1:2: U+4323 is not in KOI8-R
+base64.txt:1:3: U+00E9 is not in KOI8-R\nbase64.txt:1:4: U+00E9 is not in KOI8-R
+base64.txt:1:5: U+0E01 is not in KOI8-R\nbase64.txt:1:6: U+D83D is not in KOI8-R
+base64.txt:1:8: U+D801 is not in KOI8-R\nbase64.txt: does not come back byte for byte\n' '' \
+  --check --transcode UTF-7:KOI8-R:txt base64.txt
+printf 'a\x88\x62\xff' >hong_kong.txt
+expect 1 'hong_kong.txt:1:2: U+00CA is not in ISO-2022-JP\nhong_kong.txt:1:3: U+0304 is not in ISO-2022-JP
+hong_kong.txt:1:4: FF is malformed in BIG5-HKSCS\nhong_kong.txt: does not come back byte for byte\n' '' \
+  --check --transcode BIG5-HKSCS:ISO-2022-JP:txt hong_kong.txt
 with=(env LC_ALL=ja_JP.SJIS)
 expect 1 'broken.txt:1:2: FF is malformed in SJIS\nbroken.txt: does not come back byte for byte\n' '' \
   --check --lcp-to-utf8 txt broken.txt
@@ -171,6 +194,11 @@ if [ -z "${SANITIZED:-}" ]; then  # sanitizers reserve more than the limit
   (ulimit -v 200000; "$program" $latin1 --lcp-to-utf8 txt large.txt bytes >"$work/out" 2>"$work/err") && wrong 'succeeded'
   cmp bytes "$work/out" || wrong 'content'
   [ "$(<"$work/err")" = 'qarread: large.txt: not enough memory' ] || wrong "$(<"$work/err")"
+  yes 'plain text' | head -c 60000000 >text.txt
+  for limit in {120000..260000..10000}; do  # runs out of memory in reading or in converting, or succeeds
+    (ulimit -v "$limit"; "$program" --check --transcode UTF-8:KOI8-R:txt text.txt >"$work/out" 2>"$work/err") ||
+      [ "$(<"$work/err")" = 'qarread: text.txt: not enough memory' ] || wrong "$limit: $(<"$work/err")"
+  done
   (ulimit -v 200000; "$program" --chunk 999999999 bytes 2>"$work/err") && wrong 'succeeded'
   [ "$(<"$work/err")" = 'qarread: there is not enough memory' ] || wrong "$(<"$work/err")"
 fi
@@ -179,13 +207,20 @@ fi
 for arguments in '' --bad -x -rx -r '--chunk bytes' '--chunk' '--chunk= 1 bytes' '--stat --catalogue bytes' \
   '--check --stat bytes' '--json bytes' '--json --catalogue bytes' '--files0-from - bytes' '--transcode UTF-8:KOI8-R bytes' \
   '--transcode :UTF-8:txt bytes' '--transcode UTF-8:no-such-page:txt bytes' '--transcode UTF-8:KOI8-R: bytes' \
-  --locale={nonsense,xx_XX.UTF-8,de_XX,de_DE.foo,/}' bytes' '--stdin-name= -' '--json=1 --stat bytes' \
+  --locale={nonsense,xx_XX.UTF-8,de_XX,de_DE.foo,/,.UTF-8,@}' bytes' '--stdin-name= -' '--json=1 --stat bytes' \
   '--lcp-to-utf8 a,,b bytes' '--lcp-to-utf8 tar.gz bytes' '--utf8-to-lcp a/b bytes' '--runtime=1 bytes' \
+  '--stat=1 bytes' '--no-such=1 bytes' '--locale C --chunk 1 --locale C bytes' '--files0-from a --files0-from b' \
   '--lcp-to-utf8 a;b bytes' '--check --transcode UTF-8:CP1252:md:txt bytes' \
   --chunk={0,-1,+1,1x,0x10,4294967295,4294967296,99999999999999999999}' bytes'; do
   expect 2 '' 'qarread: *usage: qarread \[-r\] *' $arguments
 done
-expect 0 'plain      bytes\n' '' --catalogue --chunk 4294967294 bytes
+for option in chunk locale stdin-name files0-from transcode lcp-to-utf8; do
+  expect 2 '' "qarread: --$option needs a value*" bytes --$option
+  expect 2 '' "qarread: --$option needs a value*" --$option '' bytes
+done
+expect 2 '' 'qarread: --json takes no value*' --json=true --stat bytes
+expect 2 '' 'qarread: --chunk may be given only once*' --chunk 1 --chunk 2 bytes
+expect 0 'plain      bytes\n' '' --catalogue --catalogue --chunk 4294967294 bytes
 cp latin1.txt ./--stat
 expect 0 'Gr\xfc\xdfe\n' '' -- --stat
 for name in C POSIX C.KOI8-R de_DE de_DE.UTF-8 de_DE@euro de ja_JP.SJIS zh_Hant zh_TW.BIG5 sr_RS@latin C.utf8; do

@@ -1,5 +1,6 @@
 #include "support/CapturedOutput.hpp"
 #include "support/ContentLocale.hpp"
+#include "support/Reporting.hpp"
 #include "support/table.hpp"
 #include "support/transformed.hpp"
 
@@ -8,9 +9,7 @@
 #include <qardatainterfaces/LCPToUTF8Transform.hpp>
 #include <qardatainterfaces/QARCodePageTransform.hpp>
 #include <qardatainterfaces/UTF8ToLCPTransform.hpp>
-#include <texts.hpp>
 
-#include <sstream>
 #include <stdexcept>
 
 namespace Korvane::qardatainterfaces {
@@ -18,31 +17,6 @@ namespace {
 
 using namespace std::string_literals;
 using OnLoss = QARCodePageTransform::OnLoss;
-
-/// "malformed unmappable: places".
-std::string described(const QARConversionLoss& loss) {
-  std::ostringstream text;
-  text << loss.malformed << ' ' << loss.unmappable << ':';
-  for (const auto& place : loss.places) {
-    text << ' ' << place.offset << '+' << place.length;
-    if (place.malformed && place.character != 0xFFFD) text << '?';
-    if (!place.malformed) text << "=U+" << hexadecimal(place.character);
-  }
-  return text.str();
-}
-
-/// Writes the losses that it receives into the metadata.
-class Reporting final : public QARCodePageTransform {
-public:
-  Reporting(const std::string& from, const std::string& to, OnLoss onLoss = OnLoss::substitute)
-      : QARCodePageTransform("reporting", from, to, onLoss) {}
-
-protected:
-  void lost(const QARConversionLoss& loss, QARMetaData& meta) override {
-    meta.setUserData(meta.getUserData() + described(loss));
-    if (meta.isDemo()) throw std::runtime_error("unwanted");
-  }
-};
 
 class Losses : public RowTest {};
 
@@ -65,7 +39,7 @@ TEST_P(Losses, AreReportedOrRefused) {
     EXPECT_EQ(transform.transform(bytes, bytes, meta), succeeds) << "in and out are the same";
     EXPECT_EQ(text(bytes), succeeds ? expected : in);
     if (keeps_all) continue;
-    QARMetaData unwanted(true, "");
+    QARMetaData unwanted(false, "unwanted");
     EXPECT_THROW(transform.transform(QARByteArray(in), out, unwanted), std::runtime_error);
     EXPECT_EQ(text(out), succeeds ? expected : "before") << "as it was";
   }
