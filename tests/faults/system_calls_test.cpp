@@ -288,22 +288,28 @@ TEST_F(SystemCalls, TellWhyWaitingFails) {
   }
 }
 
-TEST_F(SystemCalls, WaitForNoWriterOfAFifoThatTakesThePlaceOfAFile) {
-  const auto replace = [this] {
-    std::filesystem::remove(directory.native("plain"));
-    EXPECT_EQ(::mkfifo(directory.native("plain").c_str(), 0600), 0);
-  };
-  const auto pretend_lease = [&] {
-    fault = {1, {EWOULDBLOCK}};
-    before_next_open = replace;
-  };
+TEST_F(SystemCalls, RefuseAFifoOrALinkThatTakesThePlaceOfAFile) {
+  const auto path = directory.file("plain", "content");
+  const auto file = directory.native("plain"), other = directory.native("other");
+  directory.file("other", "other content");
+  const auto fifo = [&] { EXPECT_EQ(::mkfifo(file.c_str(), 0600), 0); };
+  const auto link = [&] { std::filesystem::create_symlink(other, file); };
   const Watchdog watchdog(20, "opening a FIFO that has no writer");
-  for (const std::function<void()>& before : {std::function<void()>(replace), std::function<void()>(pretend_lease)}) {
-    std::filesystem::remove(directory.native("plain"));
-    const auto path = directory.file("plain", "content");
-    before_next_open = before;
-    EXPECT_EQ(read(ways[2], path), "QARDATAINTERFACES_FILE_OPEN_FAILED");
-  }
+  for (const std::function<void()>& make : {std::function<void()>(fifo), std::function<void()>(link)})
+    for (const bool leased : {false, true}) {
+      std::filesystem::remove(file);
+      directory.file("plain", "content");
+      const auto replace = [&] {
+        std::filesystem::remove(file);
+        make();
+      };
+      before_next_open = [&] {
+        if (!leased) return replace();
+        fault = {1, {EWOULDBLOCK}};
+        before_next_open = replace;
+      };
+      EXPECT_EQ(read(ways[2], path), "QARDATAINTERFACES_FILE_OPEN_FAILED");
+    }
 }
 
 TEST_F(SystemCalls, LeaveTheContentUnchangedIfAPipeFails) {
@@ -317,7 +323,7 @@ TEST_F(SystemCalls, LeaveTheContentUnchangedIfAPipeFails) {
       EXPECT_EQ(content, expected);
       EXPECT_EQ(reader->readError().value(), error == EIO ? EIO : 0);
       EXPECT_EQ(reader->ready(), QARFileReader::not_good);
-      EXPECT_EQ(text(reader->readAll()), "content") << "read again";
+      EXPECT_EQ(text(reader->readAll()), expected) << "again";
     }
 }
 
