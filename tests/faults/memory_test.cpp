@@ -77,12 +77,13 @@ TEST_P(FirstCall, SucceedsAfterAFailedAllocation) {
     if (child == 0) {
       ::alarm(10);
       const CapturedOutput output;
-      QARByteArray out;
+      QARByteArray out, letter;
       bool failed = true;
       const auto work = [&] {
         const ContentLocale locale(encoding);
         QARMetaData meta;
         LCPToUTF8Transform().transform(QARByteArray(content), out, meta);
+        UTF8ToLCPTransform().transform(QARByteArray(std::string("ṍ")), letter, meta);
         const DeployedException error(QARDATAINTERFACES_FILE_OPEN_FAILED("path", "reason"));
         return is_named(error, "QARDATAINTERFACES_FILE_OPEN_FAILED");
       };

@@ -1,7 +1,5 @@
 #include "converters/code_pages.hpp"
 
-#include "converters/IcuConverter.hpp"
-
 #include <ku/i18n/codecvt.hpp>
 
 #include <unicode/udata.h>
@@ -50,8 +48,7 @@ std::string find_own(const std::string& name) {
 
 std::string find_icu(const std::string& name) {
   UErrorCode status = U_ZERO_ERROR;
-  const char* const canonical = ucnv_getAlias(name.c_str(), 0, &status);
-  check(status);
+  const char* const canonical = ucnv_getAlias(name.c_str(), 0, &status);  // null also if the name is too long
   return canonical == nullptr ? "" : canonical;
 }
 
