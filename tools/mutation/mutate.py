@@ -2,7 +2,8 @@
 """Changes one place of the library at a time, and prints the changes that no test detects.
 
 usage: mutate.py COPY [FILE...]     COPY is a copy of the tree, whose sources are overwritten, configured in COPY/build;
-                                    FILE is one of its sources; without it, the whole library is mutated
+                                    FILE is one of its sources; without it, the whole library is mutated, and a mutant
+                                    is tested for a few seconds only
 
 All mutants are compiled at once; the environment variable MUTANT selects one at run time. Each mutant is tested by the
 tests that reach its place, until one fails.
@@ -10,13 +11,13 @@ tests that reach its place, until one fails.
 import collections
 import concurrent.futures
 import json
+import math
 import os
 import pathlib
 import resource
 import shlex
 import subprocess
 import sys
-import time
 
 import places
 import suite
@@ -24,6 +25,7 @@ from sources import Source
 
 FOLDERS = ["src", "include", "platform/*/src", "platform/*/include"]
 LEFT_OUT = "has_avx2.cpp"       # selects one of two ways with the same results
+LONGEST = 2                     # seconds of processor time for a mutant of the whole library
 JOBS = os.cpu_count()
 
 
@@ -70,9 +72,9 @@ def write_mutants(tree, build, sources, chosen):
     return kept, len(mutants)
 
 
-def ask(asked, mutants):
+def ask(asked, mutants, longest):
     """Yields each mutant and the name of the test that detects it, or None; prints the undetected ones."""
-    everything = suite.Suite(asked)
+    everything = suite.Suite(asked, longest)
     with concurrent.futures.ThreadPoolExecutor(2 * JOBS) as pool:      # a test may wait
         for mutant, killer in zip(mutants, pool.map(everything.killer, mutants)):
             if killer is None:
@@ -113,7 +115,7 @@ def main():
     progress(f"{len(asked)} tests are used; not used, since slow or failing without a mutant:",
              *(test.name for test, can_be in zip(everything, usable) if not can_be))
     all_of, noticed = collections.Counter(), collections.Counter()
-    for mutant, killer in ask(asked, mutants):
+    for mutant, killer in ask(asked, mutants, math.inf if sys.argv[2:] else LONGEST):
         all_of[mutant.kind] += 1
         noticed[mutant.kind] += killer is not None
     for kind, count in sorted(all_of.items()):

@@ -13,7 +13,6 @@ import tempfile
 
 NOT_RUN = r"CodePages|Instructions|qarread\.names"      # each takes minutes, in many processes
 SLOWEST = 3             # seconds of processor time; slower tests are not run with mutants either
-LONGEST = 8             # seconds of processor time; then no further test is run with a mutant
 NEARBY = 12             # how many tests that detected mutants nearby are run first
 FIRST_BATCH = 0.1       # seconds of processor time of the first tests of a program that share a process
 MEMORY = 6 << 30        # bytes; some mutants allocate without end
@@ -107,9 +106,11 @@ def batches(tests, length):
 
 
 class Suite:
-    """Finds a test that detects a mutant. Tests that detected mutants nearby run first."""
+    """Finds a test that detects a mutant. Tests that detected mutants nearby run first. After `longest` seconds of
+    processor time, no further test is run with a mutant."""
 
-    def __init__(self, asked):
+    def __init__(self, asked, longest):
+        self.longest = longest
         self.asked = sorted(asked, key=lambda test: test.seconds)
         for test in reversed(self.asked):
             test.start = min(other.seconds for other in self.asked if other.program == test.program)
@@ -121,7 +122,7 @@ class Suite:
         detected = sorted(self.detected[mutant.source.name], key=lambda at: abs(at[0] - mutant.line))
         near = [test for test in dict.fromkeys(test for _, test in detected) if test in able][:NEARBY]
         others = batches([test for test in able if test not in near], FIRST_BATCH)
-        left = LONGEST
+        left = self.longest
         for test in [*batches(near, FIRST_BATCH), *sorted(others, key=lambda test: test.seconds)]:
             passed, printed, used = run(test, {"MUTANT": str(mutant.number)}, math.ceil(0.5 + 2 * test.seconds))
             if not passed:
