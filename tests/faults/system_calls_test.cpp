@@ -38,6 +38,7 @@ struct Fault {
   std::vector<std::string> struck = {};  // the names of these calls
 } fault;
 std::size_t injected = 0, closed_twice = 0;
+bool files_are_disks = false;  // block devices, which only root can create
 std::function<void()> before_each_read, before_next_open;
 
 // The error of this call, or 0.
@@ -99,7 +100,14 @@ int fcntl(int handle, int command, ...) {
 int poll(pollfd* asked, nfds_t count, int timeout) {
   return static_cast<int>(call("poll", SYS_poll, asked, count, timeout));
 }
-int fstat(int handle, struct stat* to) noexcept { return static_cast<int>(call("fstat", SYS_fstat, handle, to)); }
+int fstat(int handle, struct stat* to) noexcept {
+  const auto result = static_cast<int>(call("fstat", SYS_fstat, handle, to));
+  if (files_are_disks) {
+    to->st_mode = S_IFBLK;
+    to->st_size = 0;
+  }
+  return result;
+}
 int lstat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("lstat", SYS_lstat, path, to)); }
 int stat(const char* path, struct stat* to) noexcept { return static_cast<int>(call("stat", SYS_stat, path, to)); }
 int statx(int folder, const char* path, int flags, unsigned mask, struct statx* to) noexcept {
@@ -325,6 +333,27 @@ TEST_F(SystemCalls, LeaveTheContentUnchangedIfAPipeFails) {
       EXPECT_EQ(reader->ready(), QARFileReader::not_good);
       EXPECT_EQ(text(reader->readAll()), expected) << "again";
     }
+}
+
+TEST_F(SystemCalls, ReadOnAfterAShortReadOfAFileThatDidNotTellItsSize) {
+  const auto reader = factory.getReader(directory.file("plain", ""));
+  directory.file("plain", "content");
+  fault = {1, {cut_short, cut_short}};
+  EXPECT_EQ(text(reader->readAll()), "content");
+  EXPECT_THAT(std::exchange(fault, {}).struck, testing::ElementsAre("pread", "pread"));
+}
+
+TEST_F(SystemCalls, ReadDisks) {
+  const auto content = pattern(100000);
+  const auto path = directory.file("disk", content);
+  files_are_disks = true;
+  for (const unsigned int before : {0U, 1U, 70000U, 100000U}) {
+    const auto reader = factory.getRuntimeReader(path);
+    EXPECT_TRUE(chunk(*reader, before) == content.substr(0, before));
+    EXPECT_TRUE(text(reader->readAll()) == content);
+    EXPECT_TRUE(chunk(*reader, 200000) == content.substr(before)) << before;
+  }
+  files_are_disks = false;
 }
 
 TEST_F(SystemCalls, FindFilesThatGrowShrinkAndVanishAtEachRead) {

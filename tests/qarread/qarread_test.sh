@@ -142,6 +142,12 @@ table '*' 1 '- - - - QARDATAINTERFACES_FILE_NOT_EXIST missing
 plain - 0 - not_good /proc/self/mem
 plain - 256 256 ok bytes' missing $'\xff' /proc/self/mem bytes
 
+# A socket is only opened if it is standard input, which may be closed.
+python3 -c 'import socket; socket.socket(socket.AF_UNIX).bind("socket")'
+case='closed standard input'
+"$program" --runtime socket 2>"$work/err" <&- && wrong 'exit status'
+grep -q '(No such device or address)$' "$work/err" || wrong "errors: $(cat -v "$work/err")"
+
 # Standard input, and paths from files.
 case='standard input'
 cat long | "$program" - | cmp - long || wrong 'content'

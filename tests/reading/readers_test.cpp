@@ -86,9 +86,16 @@ protected:
         return result;
       };
     };
+    const auto clear = [](auto&, auto& out, auto&) {
+      out = QARByteArray();
+      return true;
+    };
     const auto raise = [](auto&, auto&, auto&) -> bool { throw std::runtime_error("broken"); };
-    const std::map<std::string, Script> answers = {
-        {"copy", ScriptedTransform::copy}, {"throw", raise}, {"true", write(true)}, {"false", write(false)}};
+    const std::map<std::string, Script> answers = {{"copy", ScriptedTransform::copy},
+                                                   {"clear", clear},
+                                                   {"throw", raise},
+                                                   {"true", write(true)},
+                                                   {"false", write(false)}};
     answer(look_up(row, "answer", answers, row.at(1)));
   }
 
@@ -192,10 +199,16 @@ INSTANTIATE_TEST_SUITE_P(, Readers, testing::ValuesIn(cases()), [](const auto& t
 struct OwnReader final : QARFileReader {
   using QARFileReader::QARFileReader;
   using QARFileReader::read;
+  using QARFileReader::readAll;
   const char* getTransformId() override { return ""; }
   unsigned int read(void*, unsigned int) override {
     return std::exchange(lastError_, transform_failed) == 0 ? 0 : failed;
   }
+  QARByteArray& readAll(QARMetaData& meta) override {
+    error_before = lastError_;
+    return QARFileReader::readAll(meta);
+  }
+  int error_before = 0;
 };
 
 TEST(FileReaders, CanBeAProgramsOwnAndReadWhatIsLarge) {
@@ -209,9 +222,24 @@ TEST(FileReaders, CanBeAProgramsOwnAndReadWhatIsLarge) {
   EXPECT_EQ(reader.read(nullptr, 0, meta), 0U);
   EXPECT_TRUE(text(reader.readAll(meta)) == content);
   EXPECT_EQ(reader.lastError(), 0);
+  EXPECT_EQ(std::exchange(reader.error_before, 0), QARFileReader::transform_failed);
+  EXPECT_EQ(reader.read(nullptr, 0), 0U);
   std::string start(4, '?');
   for (int again = 0; again < 2; ++again) reader.readAll().read(reinterpret_cast<unsigned char*>(start.data()), 4);
   EXPECT_EQ(start, content.substr(0, 4)) << "the position begins anew";
+  EXPECT_EQ(reader.error_before, 0);
+}
+
+TEST(FileReaders, TakeTheContentOfAFileWhoseWholePathIsTheEndingForPaths) {
+  const TemporaryDirectory directory;
+  directory.file("qvz", "content");
+  const auto folder = fs::current_path();
+  fs::current_path(directory.native(""));
+  QARFileReaderFactory factory;
+  factory.addFileTypeHandler({u""}, new ScriptedTransform(ScriptedTransform::copy));
+  QARMetaData meta;
+  EXPECT_EQ(text(factory.getReader(u"qvz")->readAll(meta)), "content");
+  fs::current_path(folder);
 }
 
 #ifndef __SANITIZE_THREAD__  // which needs shadow memory for all of the 4 GiB
@@ -233,6 +261,17 @@ TEST(FileReaders, ReadBeyond4GiBInChunksBelowTheFailureValue) {
   EXPECT_EQ(::close(room), 0);
 }
 #endif
+
+// A stream that has more than can be read at once.
+struct EndlessStream final : opc::InputStream {
+  std::uint64_t read(void*, std::uint64_t size) override { return size; }
+  bool exhausted() override { return false; }
+};
+
+TEST(FileReaders, ReadStreamsInChunksBelowTheFailureValue) {
+  EndlessStream stream;
+  EXPECT_EQ(QARFileReaderFactory().getReader(u"a", stream)->read(nullptr, 0xFFFFFFFF), 0xFFFFFFFEU);
+}
 
 TEST(FileReaders, CloseTheirFilesAndDoNotPassThemToPrograms) {
   const TemporaryDirectory directory;

@@ -233,6 +233,13 @@ private:
       name_ = path;  // links are not followed
   }
 
+  // Standard input is closed, so the file gets descriptor 0.
+  void make_without_input() {
+    make(content);
+    standard_input_ = ::dup(STDIN_FILENO);
+    ::close(STDIN_FILENO);
+  }
+
   // A file of the kernel that reports no size and has the name of the thread.
   void make_sizeless() {
     ::prctl(PR_SET_NAME, "content");
@@ -261,6 +268,7 @@ private:
   const std::map<std::string, Source> sources_ = {
       {"regular", {[&] { make(content); }}},
       {"leased", {[&] { lease(); }}},
+      {"no-input", {[&] { make_without_input(); }}},
       {"vanished", {[&] { make(content); }, [&] { remove(); }}},
       {"returned", {[&] { make(content); }, [&] { remove(); }, [&] { make(content); }}},
       {"replaced", {[&] { make("gone"); }, [&] { replace(); }}},
