@@ -124,6 +124,26 @@ TEST(Allocations, ATransformTakesItsOutputAndATenthOfItsInput) {
   }
 }
 
+TEST(Allocations, CharactersAndLossesTakeLimitedMemory) {
+  const auto spent = [](const char* from, const char* to, const std::string& text) {
+    return of([&] {
+      QARByteArray out;
+      QARMetaData meta;
+      QARCodePageTransform("", from, to).transform(QARByteArray(text), out, meta);
+    });
+  };
+  std::string lossy = corpus("japanese", "UTF-8", 128 * KiB), long_codes, sequences;
+  for (int i = 0; i < 126 * 126; ++i) {
+    lossy += "€";
+    long_codes += "😀";
+    sequences += {static_cast<char>(0x81 + i / 126), '0', static_cast<char>(0x81 + i % 126), '0'};
+  }
+  EXPECT_LE(spent("UTF-8", "KOI8-U", corpus("cyrillic", "UTF-8", 64 * KiB)).live_bytes, 256L << 10);
+  EXPECT_LE(spent("UTF-8", "ISO-2022-JP", lossy).bytes, 1UL << 20);
+  EXPECT_LE(spent("UTF-8", "GB18030", long_codes).live_bytes, 96L << 10);
+  EXPECT_LE(spent("GB18030", "UTF-8", sequences).live_bytes, 12L << 20);
+}
+
 // Which system call queries the status of a file depends on the versions of Boost and of the C library.
 std::vector<long> calls_by_purpose(const std::function<void()>& task) {
   auto calls = system_calls_of(task);

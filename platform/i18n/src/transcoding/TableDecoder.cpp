@@ -45,7 +45,13 @@ std::size_t TableDecoder::decode_by_icu(const char* bytes, std::size_t count, bo
   const auto before = block.size();
   for (std::size_t length = 0; length < count; ++length) {
     icu_->decode(bytes + length, 1, last && length + 1 == count, offset + length, block);
-    if (block.size() != before && !icu_->is_pending()) return length + 1;
+    if (block.size() == before) continue;
+    const Character& first = *(block.end() - (block.size() - before));
+    if (first.malformed) {
+      block.shrink(before + 1);  // bytes after it that ICU has decoded as well are decoded again, with their places
+      return first.length;
+    }
+    if (!icu_->is_pending()) return length + 1;
   }
   if (last) return count;
   block.shrink(before);
