@@ -38,10 +38,10 @@ TEST(Malformed, LeadBytesTakeNoAsciiWithThem) {
 
 TEST(Encodings, AreRefusedByNameWithoutBeingTakenForAnInvalidCharacter) {
   using namespace std::string_literals;
-  for (const auto& name :
-       {"no-such-encoding"s, "UTF-8,version=1"s, "ibm-37_P100-1995,swaplfnl"s, "UTF-8\0"s, "UTF-8\0x"s,
-        "x11-compound-text"s, "COMPOUND_TEXT"s, "iscii-dev"s, "SCSU"s, "LMBCS-1"s, "bp65001"s, "cp65001:"s, "../x"s,
-        "/etc/passwd"s, "ISO-8859-1/../UTF-8"s, " "s, std::string(60, 'x'), std::string(1 << 20, 'x')})
+  for (const auto& name : {"no-such-encoding"s, "UTF-8,version=1"s, "ibm-37_P100-1995,swaplfnl"s, "UTF-8\0"s,
+                           "UTF-8\0x"s, "x11-compound-text"s, "COMPOUND_TEXT"s, "iscii-dev"s, "SCSU"s, "LMBCS-1"s,
+                           "bp65001"s, "cp65001:"s, "cp-65001"s, "../x"s, "/etc/passwd"s, "ISO-8859-1/../UTF-8"s,
+                           " "s, std::string(60, 'x'), std::string(1 << 20, 'x')})
     for (const bool tolerant : {false, true}) {
       EXPECT_TRUE(refuses<codecvt_string_to_ustring>(name, tolerant)) << name.substr(0, 80);
       EXPECT_TRUE(refuses<codecvt_ustring_to_string>(name, tolerant)) << name.substr(0, 80);

@@ -91,6 +91,7 @@ TEST(ProcessCode, ConvertsPathsStrictlyAndDiffersFromThatOfContent) {
       EXPECT_EQ(to_string(u"ab"), native);
       EXPECT_EQ(Traits::to_internal(native), u"ab");
     });
+  EXPECT_EQ(parts(ZrLocale("C")), "C:  UTF-8");
   for (const auto* const locale : {"C", "de_DE", "de_DE.no-such-encoding"})  // UTF-8 if the encoding is unknown
     in_environment({{"LANG", locale}}, [] { EXPECT_EQ(Traits::to_external(u"\u00FC"), "\xC3\xBC"); });
 }

@@ -64,7 +64,7 @@ expect 0 '\x93\xfa\x96\x7b\x8c\xea\n' '' $sjis --utf8-to-lcp log utf8.log
 expect 0 '日�\n日本語\n' 'qarread: broken.txt: Invalid character was detected.' $sjis --lcp-to-utf8 txt broken.txt sjis.txt
 expect 0 'br\xfbl\xe9e ?4\n' 'qarread: euro.log: Invalid character was detected.' $latin1 --utf8-to-lcp log euro.log
 expect 2 '' $'qarread: the locale de_DE.nonsense: The encoding "nonsense" is refused: *\nusage: *' --locale de_DE.nonsense --lcp-to-utf8 txt latin1.txt
-expect 2 '' $'qarread: the locale *: The encoding "a\\?\\?\\? ~" is refused: *\nusage: *' --locale $'de_DE.a\e\xc3\xa9 ~' --lcp-to-utf8 txt latin1.txt
+expect 2 '' $'qarread: the locale *: The encoding "a\\?\\?\\?\\? ~" is refused: *\nusage: *' --locale $'de_DE.a\e\x7f\xc3\xa9 ~' --lcp-to-utf8 txt latin1.txt
 with=(env LC_ALL=de_DE.ISO-8859-1)
 expect 0 'Gr\xc3\xbc\xc3\x9fe\n' '' --lcp-to-utf8 txt latin1.txt
 with=(env)

@@ -3,10 +3,12 @@
 #include "support/environment.hpp"
 #include "support/table.hpp"
 
+#include <ku/i18n/MessageCatalog.hpp>
 #include <ku/i18n/ZrLocale.hpp>
 #include <qar/qardatainterfaces/messages.hpp>
 
 #include <cstring>
+#include <stdexcept>
 
 namespace Korvane::rtxi18nutil {
 namespace {
@@ -56,6 +58,12 @@ TEST_P(Messages, ShowEachArgumentWholeInTheLanguageTheyWereBuiltIn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, Messages, testing::ValuesIn(table("tests/types/messages.txt")), RowTest::name);
+
+TEST(MessageCatalog, RefusesUnknownMessagesAndMissingArguments) {
+  const ku::i18n::ZrLocale locale("C");
+  for (const std::string name : {"QARDATAINTERFACES_UNKNOWN", "QARDATAINTERFACES_FILE_NOT_EXIST"})
+    EXPECT_THROW(ku::i18n::MessageCatalog::get_message(AnyMessage(name, {}), locale), std::runtime_error);
+}
 
 }  // namespace
 }  // namespace Korvane::rtxi18nutil

@@ -24,8 +24,9 @@ import suite
 from sources import Source
 
 FOLDERS = ["src", "include", "platform/*/src", "platform/*/include"]
+EQUIVALENT = "equivalent.txt"
 LEFT_OUT = "has_avx2.cpp"       # selects one of two ways with the same results
-LONGEST = 2                     # seconds of processor time for a mutant of the whole library
+LONGEST = 10                    # seconds of processor time for a mutant of the whole library
 JOBS = os.cpu_count()
 
 
@@ -50,15 +51,37 @@ def in_parallel(function, all_arguments):
         return list(pool.map(function, *zip(*all_arguments))) if all_arguments else []
 
 
-def write_mutants(tree, build, sources, chosen):
-    """Writes the chosen sources with all mutants that compile; returns these, and the number of all mutants."""
-    read = units(build, sources if any(name.endswith(".hpp") for name in chosen) else chosen)
+def equivalent(chosen):
+    """The names of the mutants of the chosen sources that are listed as equivalent."""
+    lines = (pathlib.Path(__file__).parent / EQUIVALENT).read_text(encoding="utf-8").splitlines()
+    return {line for line in lines if line.split(":")[0] in chosen}
+
+
+def find_mutants(read, sources, chosen):
+    """Finds the mutants of the chosen sources, without the equivalent ones. Returns them, and how many were left out."""
     for found in in_parallel(places.find, [(file, options, chosen) for file, options in read]):
         for name, place, kind, changed in sorted(found, key=str):
             sources[name].add(place, kind, changed)
+    listed = equivalent({sources[name].name for name in chosen})
+    left_out, names = [], collections.Counter()
+    for name in chosen:
+        for mutant in sources[name].mutants():
+            names[mutant.name] += 1
+            if names[mutant.name] > 1:
+                mutant.name += f"  ({names[mutant.name]})"
+            if mutant.name in listed:
+                left_out.append(mutant)
+        sources[name].leave_out(left_out)
+    for unknown in sorted(listed - {mutant.name for mutant in left_out}):
+        print(f"{EQUIVALENT} has a mutant that does not exist: {unknown}", flush=True)
     mutants = [mutant for name in chosen for mutant in sources[name].mutants()]
     for number, mutant in enumerate(mutants, 1):
         mutant.number = number
+    return mutants, len(left_out)
+
+
+def write_mutants(read, sources, chosen):
+    """Writes the chosen sources with all mutants that compile; returns these."""
     while read:
         for name in chosen:
             sources[name].write()
@@ -68,8 +91,7 @@ def write_mutants(tree, build, sources, chosen):
         dropped = [what for what, around in errors if any(sources[name].drop(offset) for name, offset in around)]
         if errors and not dropped:
             sys.exit("mutate: this does not compile\n" + "\n".join(what for what, _ in errors))
-    kept = [mutant for name in chosen for mutant in sources[name].mutants()]
-    return kept, len(mutants)
+    return [mutant for name in chosen for mutant in sources[name].mutants()]
 
 
 def ask(asked, mutants, longest):
@@ -79,7 +101,7 @@ def ask(asked, mutants, longest):
         for mutant, killer in zip(mutants, pool.map(everything.killer, mutants)):
             if killer is None:
                 met = any(test.met[mutant.number] for test in asked)
-                print(f"{mutant.number}: {mutant}", "" if met else "  (not reached, or without a difference)", flush=True)
+                print(mutant, "" if met else ", not reached or without a difference", sep="", flush=True)
             yield mutant, killer
 
 
@@ -104,13 +126,15 @@ def main():
     if unknown := named - set(sources):
         sys.exit(f"mutate: not a source of the library: {', '.join(unknown)}")
     chosen = [path for path in sources if path in named]
-    mutants, found = write_mutants(tree, build, sources, chosen)
-    progress(f"{len(mutants)} mutants; {found - len(mutants)} more do not compile")
+    read = units(build, sources if any(name.endswith(".hpp") for name in chosen) else chosen)
+    found, left_out = find_mutants(read, sources, chosen)
+    mutants = write_mutants(read, sources, chosen)
+    progress(f"{len(mutants)} mutants; {len(found) - len(mutants)} more do not compile, {left_out} are equivalent")
     subprocess.run(["cmake", "--build", build, "--", "--quiet"], stdout=sys.stderr, check=True)
     progress("built")
     everything = list(suite.tests(build))
     with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
-        usable = list(pool.map(lambda test: suite.record(test, found), everything))
+        usable = list(pool.map(lambda test: suite.record(test, len(found)), everything))
     asked = [test for test, can_be in zip(everything, usable) if can_be and any(test.met)]
     progress(f"{len(asked)} tests are used; not used, since slow or failing without a mutant:",
              *(test.name for test, can_be in zip(everything, usable) if not can_be))

@@ -15,6 +15,8 @@ OPERATORS = {
 COMPARISONS = {"==", "!=", "<", ">", "<=", ">="}
 FUNCTIONS = {Kind.FUNCTION_DECL, Kind.CXX_METHOD, Kind.CONSTRUCTOR, Kind.DESTRUCTOR, Kind.CONVERSION_FUNCTION,
              Kind.FUNCTION_TEMPLATE}
+CLASSES = {Kind.CLASS_DECL, Kind.STRUCT_DECL, Kind.CLASS_TEMPLATE, Kind.CLASS_TEMPLATE_PARTIAL_SPECIALIZATION}
+NAMED = FUNCTIONS | CLASSES
 LOOPS = {Kind.WHILE_STMT, Kind.DO_STMT, Kind.FOR_STMT, Kind.CXX_FOR_RANGE_STMT}
 BRANCHES = LOOPS | {Kind.IF_STMT, Kind.SWITCH_STMT}
 EXITS = {Kind.RETURN_STMT, Kind.BREAK_STMT, Kind.CONTINUE_STMT, Kind.CXX_THROW_EXPR}
@@ -57,6 +59,14 @@ def errors(path, arguments, wanted):
     return found
 
 
+class Place(typing.NamedTuple):
+    start: int
+    end: int
+    shape: str      # expression, condition or statement
+    guard: str      # see Finder
+    around: str     # the name of the function or class around it
+
+
 class Changed(typing.NamedTuple):
     """The new text of a place. `at`, `before` and `after` are what the report shows, if that is something else.
     `comparable`: both texts can be evaluated and compared without an effect."""
@@ -85,6 +95,7 @@ class Finder:
 
     def __init__(self, text):
         self.text = text
+        self.around = ""            # the name of the function or class around the current place
         self.found = set()
         self.fixed = set()          # where the constants begin that are not changed by themselves
         self.conditions = set()     # where the conditions of branches begin
@@ -102,13 +113,17 @@ class Finder:
         """Adds replacements for the range from `first` to `last`; its shape is expression, condition or statement."""
         if guard and first <= last and "\n#" not in self.text[first:last]:
             changes = [each if isinstance(each, Changed) else Changed(each) for each in replacements]
-            self.found.update(((first, last, shape, guard), kind, change) for change in changes)
+            place = Place(first, last, shape, guard, self.around)
+            self.found.update((place, kind, change) for change in changes)
 
     def visit(self, cursor, guard):
         kind = cursor.kind
         if kind in EVALUATED_BY_COMPILER or kind == Kind.VAR_DECL and self.is_constant(cursor, guard):
             return
         children = [child for child in cursor.get_children() if not self.is_part_of_type(child, cursor)]
+        outside = self.around
+        if kind in NAMED and cursor.spelling:
+            self.around = qualified_name(cursor)
         if kind in FUNCTIONS:
             guard = self.function(cursor, children)
         elif kind == Kind.FIELD_DECL:
@@ -121,6 +136,7 @@ class Finder:
         self.dropped(cursor, children, guard)
         for child in children:
             self.visit(child, guard)
+        self.around = outside
 
     def is_part_of_type(self, cursor, parent):
         """Whether the cursor is a template argument or the size of an array."""
@@ -286,6 +302,13 @@ class Finder:
                     changed.add(name)
             open_ += [(child, cursor) for child in children]
         return used, changed, leaves
+
+
+def qualified_name(cursor):
+    """The name of a function or class, with that of the class around it."""
+    parent = cursor.semantic_parent
+    name = cursor.spelling.split("<")[0]
+    return f"{parent.spelling}::{name}" if parent is not None and parent.kind in CLASSES and parent.spelling else name
 
 
 def overlap(names, others):

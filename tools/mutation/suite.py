@@ -12,7 +12,7 @@ import subprocess
 import tempfile
 
 NOT_RUN = r"CodePages|Instructions|qarread\.names"      # each takes minutes, in many processes
-SLOWEST = 3             # seconds of processor time; slower tests are not run with mutants either
+SLOWEST = 8             # seconds of processor time; slower tests are not run with mutants either
 NEARBY = 12             # how many tests that detected mutants nearby are run first
 FIRST_BATCH = 0.1       # seconds of processor time of the first tests of a program that share a process
 MEMORY = 6 << 30        # bytes; some mutants allocate without end
@@ -25,7 +25,7 @@ class Test:
     directory: str
     environment: dict
     skipped: int            # the exit status of a skipped test
-    program: str = ""       # a GoogleTest program
+    program: str = ""       # a GoogleTest program and its environment
     case: str = ""          # the filter of this test in that program
     seconds: float = 0      # processor time without a mutant
     start: float = 0        # the part of it that any case of the program needs
@@ -42,7 +42,7 @@ def tests(build):
                     dict(each.split("=", 1) for each in properties.get("ENVIRONMENT", [])),
                     properties.get("SKIP_RETURN_CODE", 0))
         if match := re.match(r"--gtest_filter=(.*)", "".join(test.command[1:2])):
-            test.program, test.case = test.command[0], match[1]
+            test.program, test.case = f"{test.command[0]} {test.environment}", match[1]
         yield test
 
 
@@ -84,7 +84,7 @@ def together(cases):
     """One test that runs the cases of one program in one process, up to the first failure."""
     one = cases[0]
     chosen = "--gtest_filter=" + ":".join(case.case for case in cases)
-    return dataclasses.replace(one, command=[one.program, chosen, "--gtest_fail_fast", *one.command[2:]], case="",
+    return dataclasses.replace(one, command=[one.command[0], chosen, "--gtest_fail_fast", *one.command[2:]], case="",
                                seconds=one.start + sum(case.seconds - case.start for case in cases))
 
 

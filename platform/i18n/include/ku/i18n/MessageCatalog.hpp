@@ -15,8 +15,8 @@ public:
   /// The text of the message that `id` names, with its arguments inserted unchanged.
   ///
   /// The text is English if the message has none in the language of `locale`. Raises `std::runtime_error` for a
-  /// message that is not in the id's bundle, `std::length_error` for an argument of 2^31 units or more, and
-  /// `std::bad_alloc`.
+  /// message that is not in the id's bundle or needs more arguments, `std::length_error` for an argument of 2^31
+  /// units or more, and `std::bad_alloc`.
   static std::u16string get_message(const tavik_core::BaseMsgID& id, const ZrLocale& locale);
 };
 
