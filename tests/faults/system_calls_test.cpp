@@ -335,14 +335,6 @@ TEST_F(SystemCalls, LeaveTheContentUnchangedIfAPipeFails) {
     }
 }
 
-TEST_F(SystemCalls, ReadOnAfterAShortReadOfAFileThatDidNotTellItsSize) {
-  const auto reader = factory.getReader(directory.file("plain", ""));
-  directory.file("plain", "content");
-  fault = {1, {cut_short, cut_short}};
-  EXPECT_EQ(text(reader->readAll()), "content");
-  EXPECT_THAT(std::exchange(fault, {}).struck, testing::ElementsAre("pread", "pread"));
-}
-
 TEST_F(SystemCalls, ReadDisks) {
   const auto content = pattern(100000);
   const auto path = directory.file("disk", content);

@@ -262,14 +262,11 @@ TEST(FileReaders, ReadBeyond4GiBInChunksBelowTheFailureValue) {
 }
 #endif
 
-// A stream that has more than can be read at once.
-struct EndlessStream final : opc::InputStream {
-  std::uint64_t read(void*, std::uint64_t size) override { return size; }
-  bool exhausted() override { return false; }
-};
-
 TEST(FileReaders, ReadStreamsInChunksBelowTheFailureValue) {
-  EndlessStream stream;
+  struct Endless final : opc::InputStream {
+    std::uint64_t read(void*, std::uint64_t size) override { return size; }
+    bool exhausted() override { return false; }
+  } stream;
   EXPECT_EQ(QARFileReaderFactory().getReader(u"a", stream)->read(nullptr, 0xFFFFFFFF), 0xFFFFFFFEU);
 }
 
