@@ -335,6 +335,15 @@ TEST_F(SystemCalls, LeaveTheContentUnchangedIfAPipeFails) {
     }
 }
 
+TEST_F(SystemCalls, DeliverNothingAfterAFailureEvenIfItWasReadBefore) {
+  const auto reader = factory.getReader(directory.file("plain", "content"));
+  EXPECT_EQ(chunk(*reader, 3), "con");
+  fault = {1, {EIO}};
+  EXPECT_EQ(text(reader->readAll()), "");
+  EXPECT_THAT(std::exchange(fault, {}).struck, testing::ElementsAre("lseek"));
+  EXPECT_EQ(chunk(*reader, 3), refused);
+}
+
 TEST_F(SystemCalls, ReadDisks) {
   const auto content = pattern(100000);
   const auto path = directory.file("disk", content);
